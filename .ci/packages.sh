@@ -1,0 +1,37 @@
+# shellcheck shell=bash
+# What the scripts `run` and `test` need beside a bare Debian 12, and how they get it. To be sourced.
+
+packages=(
+    g++ cmake ninja-build ccache pkg-config          # build
+    libsqlcipher-dev libssl-dev libtinyxml2-dev nlohmann-json3-dev
+    libgtest-dev libbenchmark-dev                    # tests and timings
+    ffmpeg python3                                   # demo job and test scripts
+)
+
+# Installs what is missing. Asks nothing; with everything there, apt isn't touched at all.
+install_packages() {
+    local package missing=()
+    if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
+        echo "No Debian system: these packages must be there: ${packages[*]}" >&2
+        return 0
+    fi
+    for package in "${packages[@]}"; do
+        if [[ $(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null) != installed ]]; then
+            missing+=("$package")
+        fi
+    done
+    if ((${#missing[@]} == 0)); then
+        return 0
+    fi
+    local as_root=(env DEBIAN_FRONTEND=noninteractive)
+    if ((EUID != 0)); then
+        if ! command -v sudo >/dev/null; then
+            echo "These packages are missing, and only root can install them: ${missing[*]}" >&2
+            return 1
+        fi
+        as_root=(sudo env DEBIAN_FRONTEND=noninteractive)
+    fi
+    echo "Installing ${missing[*]}"
+    "${as_root[@]}" apt-get update -q
+    "${as_root[@]}" apt-get install -q -y --no-install-recommends "${missing[@]}"
+}

@@ -1,0 +1,25 @@
+# drovane_room(name ROOT dir SOURCES... [PUBLIC libs...] [PRIVATE libs...])
+#
+# A static library of one folder. Its headers are reachable only for those who link it: the include
+# folder that it publishes holds nothing but a link to its own folder. So an include against the
+# direction of the arrows does not compile, and neither does an include of Qt in a room without it.
+function(drovane_room name)
+  cmake_parse_arguments(ROOM "" "ROOT" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+  set(published ${CMAKE_BINARY_DIR}/include/${name})
+  get_filename_component(parent ${published}/${ROOM_ROOT} DIRECTORY)
+  file(MAKE_DIRECTORY ${parent})
+  file(CREATE_LINK ${CMAKE_SOURCE_DIR}/${ROOM_ROOT} ${published}/${ROOM_ROOT} SYMBOLIC)
+
+  add_library(${name} STATIC ${ROOM_SOURCES})
+  target_include_directories(${name} PUBLIC ${published})
+  target_link_libraries(${name} PUBLIC ${ROOM_PUBLIC} PRIVATE drovane_warnings ${ROOM_PRIVATE})
+  drovane_precompile(${name})
+endfunction()
+
+function(drovane_precompile name)
+  if(DROVANE_PCH)
+    target_precompile_headers(${name} PRIVATE
+      <algorithm> <array> <cstdint> <functional> <map> <memory> <optional> <string> <string_view> <vector>
+      ${ARGN})
+  endif()
+endfunction()

@@ -1,0 +1,323 @@
+#include "shell/CHostFiles.h"
+
+#include <fcntl.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+
+#include "shell/CTemporaryTwin.h"
+#include "shell/CUnixFile.h"
+#include "shell/textcodec.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// Where a copy remembers its source, so that the next run needn't copy again. A file system without
+// extended attributes costs one more copy a run.
+constexpr const char* SourceAttribute = "user.drovane.source";
+
+bool IsSeparator(char c) {
+    return c == '\\' || c == '/';
+}
+
+bool HasDrive(std::string_view path) {
+    return path.size() >= 2 && std::isalpha(static_cast<unsigned char>(path[0])) && path[1] == ':';
+}
+
+bool SameTime(const timespec& a, const timespec& b) {
+    return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+}
+
+std::string ParentOf(const std::string& hostPath) {
+    const std::size_t slash = hostPath.rfind('/');
+    return slash == std::string::npos ? "." : hostPath.substr(0, std::max<std::size_t>(slash, 1));
+}
+
+std::string Join(const std::string& folder, const std::string& name) {
+    return folder.ends_with('/') ? folder + name : folder + '/' + name;
+}
+
+std::string NameOf(const std::string& hostPath) {
+    return hostPath.substr(hostPath.rfind('/') + 1);
+}
+
+// Tells the cache of folders what the program is doing to one of them.
+class CCreation {
+public:
+    CCreation(CFolderCache& cache, const std::string& target)
+        : m_cache(cache),
+          m_folder(cache.Look(ParentOf(target), CFolderCache::Trust::OwnFolder)),
+          m_name(NameOf(target)) {
+        m_cache.BeforeCreation(m_folder);
+    }
+    ~CCreation() { m_cache.AfterCreation(m_folder, m_name); }
+    CCreation(const CCreation&) = delete;
+    CCreation& operator=(const CCreation&) = delete;
+
+private:
+    CFolderCache& m_cache;
+    CFolderCache::Folder& m_folder;
+    std::string m_name;
+};
+
+std::string ReadSource(const std::string& file) {
+    char buffer[4096];
+    const ssize_t length = getxattr(file.c_str(), SourceAttribute, buffer, sizeof buffer);
+    return length < 0 ? std::string() : std::string(buffer, static_cast<std::size_t>(length));
+}
+
+}  // namespace
+
+CHostFiles::CHostFiles(fs::path appFolder) : m_appFolder(std::move(appFolder)) {}
+
+fs::path CHostFiles::DriveFolder(char letter) const {
+    return m_appFolder / "drives" / std::string(1, static_cast<char>(std::tolower(letter)));
+}
+
+void CHostFiles::MakeDrive(std::string_view path) const {
+    if (HasDrive(path)) {
+        std::error_code error;
+        fs::create_directories(DriveFolder(path[0]), error);
+    }
+}
+
+std::string CHostFiles::Unresolved(std::string_view path) const {
+    std::string host;
+    if (path.size() >= 2 && IsSeparator(path[0]) && IsSeparator(path[1])) {
+        host = (m_appFolder / "drives" / "unc").string() + '/';
+        path.remove_prefix(2);
+    } else if (HasDrive(path)) {
+        host = DriveFolder(path[0]).string() + '/';
+        path.remove_prefix(2);
+    }
+    for (const char c : path) {
+        if (!IsSeparator(c)) {
+            host += c;
+        } else if (!host.ends_with('/')) {
+            host += '/';
+        }
+    }
+    return host;
+}
+
+std::string CHostFiles::HostPath(std::string_view path) const {
+    std::string host = Unresolved(path);
+    if (host.empty() || (!m_folders.InScope() && access(host.c_str(), F_OK) == 0)) {
+        return host;
+    }
+    const std::string tail(host.size() > 1 && host.ends_with('/') ? 1 : 0, '/');
+    host.erase(host.size() - tail.size());
+    if (host == "/") {
+        return host;
+    }
+    CFolderCache::Folder& folder = m_folders.Look(ParentOf(host));
+    const std::string name = NameOf(host);
+    const std::string match = m_folders.Match(folder, name);
+    return Join(folder.Host, match.empty() ? name : match) + tail;
+}
+
+std::optional<std::string> CHostFiles::PathText(std::string_view hostPath) {
+    if (hostPath.find('\\') != std::string_view::npos) {
+        return std::nullopt;
+    }
+    std::string text(hostPath);
+    std::replace(text.begin(), text.end(), '/', '\\');
+    return text;
+}
+
+bool CHostFiles::Exists(std::string_view path) const {
+    return access(HostPath(path).c_str(), F_OK) == 0;
+}
+
+bool CHostFiles::IsFolder(std::string_view path) const {
+    std::error_code error;
+    return fs::is_directory(HostPath(path), error);
+}
+
+std::vector<std::string> CHostFiles::ListFiles(std::string_view folder, std::string_view extension) const {
+    std::vector<std::string> names;
+    std::error_code error;
+    for (fs::directory_iterator at(HostPath(folder), error), end; !error && at != end; at.increment(error)) {
+        const std::string name = at->path().filename().string();
+        std::error_code typeError;
+        // A name with a backslash would stand for another file.
+        if (PathText(name) && LowerCase(name).ends_with(LowerCase(extension)) &&
+            !at->is_directory(typeError)) {
+            names.push_back(name);
+        }
+    }
+    std::sort(names.begin(), names.end(), [](const std::string& a, const std::string& b) {
+        const int order = CompareNoCase(a, b);
+        return order != 0 ? order < 0 : a < b;
+    });
+    return names;
+}
+
+std::optional<std::string> CHostFiles::ReadFile(std::string_view path, std::size_t most) const {
+    std::optional<std::string> bytes = ReadBeginning(path, most + 1);
+    return bytes && bytes->size() > most ? std::nullopt : std::move(bytes);
+}
+
+std::optional<std::string> CHostFiles::ReadBeginning(std::string_view path, std::size_t most) const {
+    // Without blocking: a pipe in the file's place would stop the program for good.
+    CUnixFile file(HostPath(path), O_RDONLY | O_NONBLOCK);
+    struct stat state {};
+    if (!file.IsOpen() || !file.State(state) || !S_ISREG(state.st_mode)) {
+        return std::nullopt;
+    }
+    std::string bytes(std::min(most, static_cast<std::size_t>(state.st_size)), '\0');
+    return file.ReadAll(bytes.data(), bytes.size()) ? std::optional(std::move(bytes)) : std::nullopt;
+}
+
+bool CHostFiles::WriteFile(std::string_view path, std::string_view bytes) {
+    MakeDrive(path);
+    std::string target = HostPath(path);
+    std::error_code error;
+    const fs::path real = fs::canonical(target, error);
+    if (!error) {
+        target = real.string();
+    }
+    struct stat former {};
+    const bool replaces = stat(target.c_str(), &former) == 0;
+    if (replaces && (!S_ISREG(former.st_mode) || access(target.c_str(), W_OK) != 0)) {
+        return false;
+    }
+    const CCreation creation(m_folders, target);
+    CTemporaryTwin twin(target, replaces ? former.st_mode & 07777 : 0644);
+    return twin.Write(bytes) && twin.TakePlace(true);
+}
+
+bool CHostFiles::CopyFile(std::string_view from, std::string_view to, Existing existing) {
+    MakeDrive(to);
+    const std::string source = HostPath(from);
+    const std::string target = HostPath(to);
+    struct stat sourceState {};
+    struct stat targetState {};
+    if (stat(source.c_str(), &sourceState) != 0 || !S_ISREG(sourceState.st_mode)) {
+        return false;
+    }
+    if (stat(target.c_str(), &targetState) == 0) {
+        const bool same =
+            sourceState.st_ino == targetState.st_ino && sourceState.st_dev == targetState.st_dev;
+        if (same || existing == Existing::Keep || !S_ISREG(targetState.st_mode) ||
+            access(target.c_str(), W_OK) != 0) {
+            return false;
+        }
+    }
+    return CopyBytes(source, target, sourceState, true, existing);
+}
+
+bool CHostFiles::CopyBytes(const std::string& from, const std::string& to, const struct stat& source,
+                           bool flush, Existing existing) {
+    const CCreation creation(m_folders, to);
+    CUnixFile in(from, O_RDONLY);
+    CTemporaryTwin twin(to, 0644);
+    return in.IsOpen() && twin.CopyFrom(in) && twin.SetTime(source.st_mtim) &&
+           twin.TakePlace(flush, existing == Existing::Keep ? CTemporaryTwin::Existing::Keep
+                                                            : CTemporaryTwin::Existing::Replace);
+}
+
+CHostFiles::Mirror& CHostFiles::ResolveMirror(std::string_view from, std::string_view to) {
+    using Trust = CFolderCache::Trust;
+    Mirror& mirror = m_mirrors[std::string(from)];
+    if (mirror.To == to) {
+        if (!m_folders.IsSeen(*mirror.SourceFolder)) {
+            (void)m_folders.Look(mirror.SourceParent);
+        }
+        if (!m_folders.IsSeen(*mirror.TargetFolder)) {
+            (void)m_folders.Look(mirror.TargetParent, Trust::OwnFolder);
+        }
+        if (mirror.SourceFolder->Stamp == mirror.SourceStamp &&
+            mirror.TargetFolder->Stamp == mirror.TargetStamp) {
+            return mirror;
+        }
+    }
+    mirror.To = to;
+    const std::string source = Unresolved(from);
+    const std::string target = Unresolved(to);
+    mirror.SourceParent = ParentOf(source);
+    mirror.TargetParent = ParentOf(target);
+    mirror.SourceFolder = &m_folders.Look(mirror.SourceParent);
+    mirror.TargetFolder = &m_folders.Look(mirror.TargetParent, Trust::OwnFolder);
+    const auto resolve = [&](CFolderCache::Folder& folder, const std::string& name) {
+        const std::string match = m_folders.Match(folder, name);
+        return Join(folder.Host, match.empty() ? name : match);
+    };
+    mirror.Source = resolve(*mirror.SourceFolder, NameOf(source));
+    mirror.Target = resolve(*mirror.TargetFolder, NameOf(target));
+    mirror.Holds = false;
+    mirror.SourceStamp = mirror.SourceFolder->Stamp;
+    mirror.TargetStamp = mirror.TargetFolder->Stamp;
+    return mirror;
+}
+
+bool CHostFiles::MirrorFile(std::string_view from, std::string_view to) {
+    Mirror& mirror = ResolveMirror(from, to);
+    const std::string& source = mirror.Source;
+    const std::string& target = mirror.Target;
+    struct stat sourceState {};
+    if (stat(source.c_str(), &sourceState) != 0 || !S_ISREG(sourceState.st_mode)) {
+        return false;
+    }
+    if (mirror.Holds && mirror.Size == sourceState.st_size && SameTime(mirror.Time, sourceState.st_mtim)) {
+        return true;
+    }
+    mirror.Size = sourceState.st_size;
+    mirror.Time = sourceState.st_mtim;
+    struct stat targetState {};
+    if (stat(target.c_str(), &targetState) == 0) {
+        const bool same =
+            sourceState.st_ino == targetState.st_ino && sourceState.st_dev == targetState.st_dev;
+        if (same || !S_ISREG(targetState.st_mode)) {
+            return false;
+        }
+        auto remembered = m_mirrored.find(target);
+        if (remembered == m_mirrored.end()) {
+            remembered = m_mirrored.emplace(target, ReadSource(target)).first;
+        }
+        if (sourceState.st_size == targetState.st_size &&
+            SameTime(sourceState.st_mtim, targetState.st_mtim) && remembered->second == source) {
+            mirror.Holds = true;
+            return true;
+        }
+    } else {
+        std::error_code error;
+        fs::create_directories(ParentOf(target), error);
+    }
+    if (!CopyBytes(source, target, sourceState, false, Existing::Replace)) {
+        m_mirrored.erase(target);
+        return false;
+    }
+    (void)setxattr(target.c_str(), SourceAttribute, source.data(), source.size(), 0);
+    m_mirrored.insert_or_assign(target, source);
+    return true;
+}
+
+bool CHostFiles::DeleteFile(std::string_view path) {
+    const bool done = unlink(HostPath(path).c_str()) == 0;
+    m_folders.Forget();
+    return done;
+}
+
+bool CHostFiles::MakeFolder(std::string_view path) {
+    const std::string host = HostPath(path);
+    std::error_code error;
+    fs::create_directories(host, error);
+    m_folders.Forget();
+    return fs::is_directory(host, error);
+}
+
+bool CHostFiles::RemoveFolder(std::string_view path) {
+    std::error_code error;
+    fs::remove_all(HostPath(path), error);
+    m_folders.Forget();
+    return !error;
+}
+
+bool CHostFiles::SetCurrentFolder(std::string_view path) const {
+    return chdir(HostPath(path).c_str()) == 0;
+}

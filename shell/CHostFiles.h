@@ -1,0 +1,108 @@
+// From the program's path texts to files of this machine, and the few operations on files that the
+// program needs. Path texts have "\" as separator and may carry a drive, as projects from other
+// machines do:
+//
+//   \home\ann\job\a.avi        /home/ann/job/a.avi
+//   D:\Works\a.avi             drives/d/Works/a.avi in the program folder (a folder or a link)
+//   \\server\share\a.avi       drives/unc/server/share/a.avi in the program folder
+//   ui\start.dt                relative to the current folder
+//
+// Stored paths are lower-cased by rule. So where the exact name doesn't exist, each component is matched
+// without regard to case: exact first, then the first by name. Everything resolves this way, also the
+// parents of what is created, so that no second twin of a file can arise.
+//
+// Not for several threads at once.
+#pragma once
+
+#include <sys/stat.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "shell/CFolderCache.h"
+
+class CHostFiles {
+public:
+    enum class Existing { Keep, Replace };
+
+    // The program folder, as a path of this machine; `drives` lies in it.
+    explicit CHostFiles(std::filesystem::path appFolder);
+
+    // Where the file lies, or where it would be created. Never fails: what doesn't exist keeps its name.
+    std::string HostPath(std::string_view path) const;
+    // The way back. A host name that holds a backslash can't be a path text: nothing then.
+    static std::optional<std::string> PathText(std::string_view hostPath);
+    // The link or folder that stands for a drive letter.
+    std::filesystem::path DriveFolder(char letter) const;
+
+    bool Exists(std::string_view path) const;
+    bool IsFolder(std::string_view path) const;
+    // Names (not paths) of the files that end in `extension` (such as ".mdb", case ignored), by name.
+    std::vector<std::string> ListFiles(std::string_view folder, std::string_view extension) const;
+
+    // Nothing if it can't be read, isn't a regular file, or is longer than `most` bytes.
+    std::optional<std::string> ReadFile(std::string_view path, std::size_t most) const;
+    // At most the first `most` bytes.
+    std::optional<std::string> ReadBeginning(std::string_view path, std::size_t most) const;
+    // Whole or not at all: written beside the target, flushed and renamed. Links are followed, the mode
+    // of a former file is kept.
+    bool WriteFile(std::string_view path, std::string_view bytes);
+    // The copy is writable, appears whole or not at all, and is flushed.
+    bool CopyFile(std::string_view from, std::string_view to, Existing existing);
+    // Makes `to` a copy of `from` if it isn't one yet. A copy takes over the modification time and
+    // remembers its source, so that looking again whether it still holds costs one look at the source.
+    // `to` lies in a folder of the program's own.
+    bool MirrorFile(std::string_view from, std::string_view to);
+    bool DeleteFile(std::string_view path);
+    bool MakeFolder(std::string_view path);    // with its parents; true if it is there afterwards
+    bool RemoveFolder(std::string_view path);  // with all that is in it
+    bool SetCurrentFolder(std::string_view path) const;
+
+    // While one lives, what lies in which folder is looked at once a folder and taken as it was then. For
+    // operations that resolve many paths at one go.
+    class CLookOnce {
+    public:
+        explicit CLookOnce(const CHostFiles& files) : m_cache(files.m_folders) { m_cache.EnterScope(); }
+        ~CLookOnce() { m_cache.LeaveScope(); }
+        CLookOnce(const CLookOnce&) = delete;
+        CLookOnce& operator=(const CLookOnce&) = delete;
+
+    private:
+        CFolderCache& m_cache;
+    };
+
+private:
+    // Where a file resolves to, as long as neither folder changes.
+    struct Mirror {
+        std::string To;  // the copy's path text
+        CFolderCache::Folder* SourceFolder = nullptr;
+        CFolderCache::Folder* TargetFolder = nullptr;
+        std::uint64_t SourceStamp = 0;
+        std::uint64_t TargetStamp = 0;
+        std::string SourceParent;  // as written
+        std::string TargetParent;
+        std::string Source;
+        std::string Target;
+        // What the copy was made from, once it has been seen to hold; it stays so until the folder changes.
+        bool Holds = false;
+        off_t Size = 0;
+        timespec Time{};
+    };
+
+    // A drive comes into being when it is first written to.
+    void MakeDrive(std::string_view path) const;
+    std::string Unresolved(std::string_view path) const;
+    Mirror& ResolveMirror(std::string_view from, std::string_view to);
+    bool CopyBytes(const std::string& from, const std::string& to, const struct stat& source, bool flush,
+                   Existing existing);
+
+    std::filesystem::path m_appFolder;
+    mutable CFolderCache m_folders;
+    std::unordered_map<std::string, Mirror> m_mirrors;        // by source path text
+    std::unordered_map<std::string, std::string> m_mirrored;  // copy to source, host paths
+};

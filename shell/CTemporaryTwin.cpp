@@ -1,0 +1,79 @@
+#include "shell/CTemporaryTwin.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <vector>
+
+namespace {
+
+// The target's own name need not fit with an addition, so the twin has a short one.
+std::string TwinPattern(const std::string& target) {
+    return target.substr(0, target.rfind('/') + 1) + ".drovane-XXXXXX";
+}
+
+}  // namespace
+
+CTemporaryTwin::CTemporaryTwin(const std::string& target, mode_t mode)
+    : m_target(target), m_name(TwinPattern(target)), m_file(mkostemp(m_name.data(), O_CLOEXEC)) {
+    if (m_file.IsOpen() && fchmod(m_file.Descriptor(), mode) != 0) {
+        Discard();
+    }
+}
+
+CTemporaryTwin::~CTemporaryTwin() {
+    Discard();
+}
+
+void CTemporaryTwin::Discard() {
+    if (m_file.IsOpen()) {
+        m_file.Close();
+        unlink(m_name.c_str());
+    }
+}
+
+bool CTemporaryTwin::Write(std::string_view bytes) {
+    return m_file.IsOpen() && m_file.WriteAll(bytes);
+}
+
+bool CTemporaryTwin::CopyFrom(const CUnixFile& source) {
+    std::vector<char> buffer(1 << 18);
+    for (;;) {
+        const ssize_t got = read(source.Descriptor(), buffer.data(), buffer.size());
+        if (got < 0 && errno == EINTR) {
+            continue;
+        }
+        if (got <= 0) {
+            return got == 0 && m_file.IsOpen();
+        }
+        if (!Write(std::string_view(buffer.data(), static_cast<std::size_t>(got)))) {
+            return false;
+        }
+    }
+}
+
+bool CTemporaryTwin::SetTime(const timespec& modification) {
+    const timespec times[2] = {{0, UTIME_OMIT}, modification};
+    return futimens(m_file.Descriptor(), times) == 0;
+}
+
+bool CTemporaryTwin::TakePlace(bool flush, Existing existing) {
+    const unsigned int mode = existing == Existing::Keep ? RENAME_NOREPLACE : 0;
+    if (!m_file.IsOpen() || (flush && fsync(m_file.Descriptor()) != 0) ||
+        renameat2(AT_FDCWD, m_name.c_str(), AT_FDCWD, m_target.c_str(), mode) != 0) {
+        return false;
+    }
+    if (flush) {
+        // The new name lies in the folder, which has to reach the disk of its own.
+        const std::size_t slash = m_target.rfind('/');
+        const CUnixFile folder(slash == std::string::npos ? "." : m_target.substr(0, slash + 1), O_RDONLY);
+        if (folder.IsOpen()) {
+            fsync(folder.Descriptor());
+        }
+    }
+    m_file.Close();
+    return true;
+}

@@ -1,0 +1,32 @@
+// How a file of the user is replaced: its new version grows beside it under a name of its own and takes
+// the place only when it is complete, so that a crash leaves either the old file or the new one.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "shell/CUnixFile.h"
+
+// Vanishes unless it takes the target's place.
+class CTemporaryTwin {
+public:
+    CTemporaryTwin(const std::string& target, mode_t mode);
+    ~CTemporaryTwin();
+    CTemporaryTwin(const CTemporaryTwin&) = delete;
+    CTemporaryTwin& operator=(const CTemporaryTwin&) = delete;
+
+    bool Write(std::string_view bytes);
+    bool CopyFrom(const CUnixFile& source);
+    bool SetTime(const timespec& modification);
+    enum class Existing { Replace, Keep };
+    // With `flush` the new version has reached the disk before the old one goes. False, with Keep, if a file
+    // of the name has come into being meanwhile.
+    bool TakePlace(bool flush, Existing existing = Existing::Replace);
+
+private:
+    void Discard();
+
+    std::string m_target;
+    std::string m_name;
+    CUnixFile m_file;
+};

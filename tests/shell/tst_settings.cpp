@@ -1,0 +1,97 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "shell/settings.h"
+#include "shell/textcodec.h"
+#include "tests/support/CTestFolder.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class Settings : public testing::Test {
+protected:
+    void ExpectDefaults() {
+        EXPECT_EQ(GetLanguageName(), "简体中文");
+        EXPECT_EQ(GetGpsPort(), 1U);
+        EXPECT_EQ(GetGpsBaud(), 0U);
+        EXPECT_EQ(GetWorkFolder(), "D:\\Works\\");
+    }
+    CTestFolder m_folder;
+};
+
+std::string Block(std::size_t offset, const std::string& bytes, std::size_t size = 4624) {
+    std::string block(size, '\0');
+    return block.replace(offset, bytes.size(), bytes);
+}
+
+TEST_F(Settings, DefaultsHoldWithoutAFile) {
+    SetLanguageName("x");
+    SetGpsPort(7);
+    SetWorkFolder("");
+    EXPECT_FALSE(LoadSettings());
+    ExpectDefaults();
+    EXPECT_FALSE(fs::exists(m_folder.Host("set.dat")));
+
+    fs::create_directory(m_folder.Host("set.dat"));
+    EXPECT_FALSE(LoadSettings());
+    EXPECT_FALSE(SaveSettings());
+    ExpectDefaults();
+}
+
+TEST_F(Settings, StandAtTheirPlacesInTheFile) {
+    SetLanguageName(std::string(300, 'x'));  // leaves nothing behind a shorter one
+    SetLanguageName("中A");
+    SetGpsPort(0x01020304);
+    SetGpsBaud(115200);
+    SetWorkFolder("E:/管");
+    ASSERT_TRUE(SaveSettings());
+    const std::string numbers("\x04\x03\x02\x01\x00\xC2\x01\x00", 8);
+    EXPECT_EQ(m_folder.ReadFile("set.dat"), Block(0,
+                                                  "\xD6\xD0"
+                                                  "A")
+                                                .replace(260, 8, numbers)
+                                                .replace(268, 5, "E:/\xB9\xDC"));
+    SetGpsPort(0);
+    ASSERT_TRUE(LoadSettings());
+    EXPECT_EQ(GetLanguageName(), "中A");
+    EXPECT_EQ(GetGpsPort(), 0x01020304U);
+    EXPECT_EQ(GetGpsBaud(), 115200U);
+    EXPECT_EQ(GetWorkFolder(), "E:/管\\");
+
+    // The last of 260 bytes is a zero, and half a character before it is dropped when read.
+    std::string lengthy = "E";
+    for (int i = 0; i < 200; ++i) {
+        lengthy += "管";
+    }
+    SetWorkFolder("a" + lengthy);
+    SetLanguageName(lengthy);
+    EXPECT_EQ(GetLanguageName(), GbkPrefix(lengthy, 259));
+    EXPECT_EQ(GetWorkFolder(), GbkPrefix("a" + lengthy, 258) + "\\");
+    EXPECT_EQ(GetGpsPort(), 0x01020304U);
+    ASSERT_TRUE(SaveSettings());
+    EXPECT_EQ(m_folder.ReadFile("set.dat")[259], '\0');
+    EXPECT_EQ(m_folder.ReadFile("set.dat").substr(526), std::string("\xB9", 1) + std::string(4097, '\0'));
+}
+
+TEST_F(Settings, FilesOfOtherSizesCountAsFarAsTheyGo) {
+    m_folder.WriteFile("set.dat", Block(0, "English", 100));
+    EXPECT_TRUE(LoadSettings());
+    EXPECT_EQ(GetLanguageName(), "English");
+    EXPECT_EQ(GetGpsPort(), 0U);
+    EXPECT_EQ(GetWorkFolder(), "");
+
+    const std::string reserved = Block(268, "F:\\w").replace(4620, 4, "tail");
+    m_folder.WriteFile("set.dat", reserved + std::string(5376, 'x'));
+    EXPECT_TRUE(LoadSettings());
+    EXPECT_EQ(GetWorkFolder(), "F:\\w\\");
+    EXPECT_TRUE(SaveSettings());
+    EXPECT_EQ(m_folder.ReadFile("set.dat"), reserved);
+
+    m_folder.WriteFile("set.dat", std::string(4624, 'x'));  // no zero anywhere
+    EXPECT_TRUE(LoadSettings());
+    EXPECT_EQ(GetLanguageName(), std::string(260, 'x'));
+}
+
+}  // namespace

@@ -1,0 +1,55 @@
+#include "tests/support/CScriptedPrompts.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+CScriptedPrompts::~CScriptedPrompts() {
+    for (const Expected& missing : m_expected) {
+        ADD_FAILURE() << "message " << missing.Number << " didn't come";
+    }
+}
+
+bool CScriptedPrompts::Take(int number, const std::string& text) {
+    m_lastText = text;
+    if (!m_expected.empty() && m_expected.front().Number == number) {
+        const bool answer = m_expected.front().Answer;
+        m_expected.pop_front();
+        return answer;
+    }
+    if (std::find(m_allowed.begin(), m_allowed.end(), number) == m_allowed.end()) {
+        ADD_FAILURE() << "unexpected message " << number << ": " << text;
+    }
+    return false;
+}
+
+void CScriptedPrompts::ShowMessage(int number, const std::string& text) {
+    (void)Take(number, text);
+}
+
+bool CScriptedPrompts::AskOkCancel(int number, const std::string& text) {
+    return Take(number, text);
+}
+
+std::string CScriptedPrompts::TakePath() {
+    if (m_paths.empty()) {
+        ADD_FAILURE() << "unexpected chooser";
+        return {};
+    }
+    std::string path = m_paths.front();
+    m_paths.pop_front();
+    return path;
+}
+
+std::string CScriptedPrompts::PickOpenFile(const std::string&, const std::vector<FileFilter>&) {
+    return TakePath();
+}
+
+std::string CScriptedPrompts::PickSaveFile(const std::string&, const std::string&, const std::string&,
+                                           const std::vector<FileFilter>&) {
+    return TakePath();
+}
+
+std::string CScriptedPrompts::PickFolder(const std::string&) {
+    return TakePath();
+}
