@@ -1,0 +1,28 @@
+// Scores the sections of a project by the rules of its standard.
+#pragma once
+
+#include <vector>
+
+#include "assessment/evaluation.h"
+#include "assessment/standards.h"
+#include "store/records/records.h"
+
+struct SectionRecords {
+    _TESTING_DATA Section;
+    CRecDataArray Records;  // in the order of the database, read with scores
+};
+
+// What is scored as a whole: a section, or in density scoring all sections between the same two manholes
+// in the same direction.
+struct SectionGrade {
+    _TESTING_DATA Section;  // of several the first
+    float Length = 0.0F;    // metres
+    float Diameter = 0.0F;  // millimetres
+    CRecDataArray Records;  // of all of them, as they were scored
+    _EVALUATE_DATA Result;
+};
+
+// In list order; a group stands where its first section stood. Sections and records move into the result.
+// A route without an evaluator gives none.
+std::vector<SectionGrade> GradeSections(ScoringRoute route, std::vector<SectionRecords> sections, float K,
+                                        float T);
