@@ -1,0 +1,211 @@
+#include "store/CDbBase.h"
+
+#include <openssl/evp.h>
+#include <sqlcipher/sqlite3.h>
+
+#include <array>
+#include <filesystem>
+#include <map>
+
+#include "shell/CClock.h"
+#include "shell/CHostFiles.h"
+#include "shell/CPrompts.h"
+#include "shell/seams.h"
+#include "shell/textcodec.h"
+#include "store/CDbError.h"
+#include "store/sqltext.h"
+
+namespace {
+
+// The key of a file follows from its password alone, so that one stretching a process is enough and the
+// listing of a folder of projects doesn't pay for each. The password is a constant that anybody can
+// read; more rounds would cost time and protect nothing.
+constexpr std::string_view KeySalt = "drovane project";
+constexpr int KeyRounds = 10000;
+
+constexpr std::uintmax_t PageSize = 4096;
+
+int CollateNoCase(void*, int sizeA, const void* a, int sizeB, const void* b) {
+    return CompareNoCase({static_cast<const char*>(a), static_cast<std::size_t>(sizeA)},
+                         {static_cast<const char*>(b), static_cast<std::size_t>(sizeB)});
+}
+
+void SqlNow(sqlite3_context* context, int, sqlite3_value**) {
+    const std::string text = FormatTime(Clock().LocalNow(), DatabaseTimeFormat);
+    sqlite3_result_text(context, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
+}
+
+}  // namespace
+
+std::string DatabaseKey(std::string_view password) {
+    static std::map<std::string, std::string, std::less<>> known;
+    const auto found = known.find(password);
+    if (found != known.end()) {
+        return found->second;
+    }
+    std::array<unsigned char, 32> key{};
+    if (PKCS5_PBKDF2_HMAC(password.data(), static_cast<int>(password.size()),
+                          reinterpret_cast<const unsigned char*>(KeySalt.data()),
+                          static_cast<int>(KeySalt.size()), KeyRounds, EVP_sha256(),
+                          static_cast<int>(key.size()), key.data()) != 1) {
+        throw CDbError("no key could be made");
+    }
+    std::string hex;
+    for (const unsigned char byte : key) {
+        constexpr char digits[] = "0123456789abcdef";
+        hex += digits[byte >> 4];
+        hex += digits[byte & 15];
+    }
+    return known.emplace(password, hex).first->second;
+}
+
+CDbBase::~CDbBase() {
+    Disconnect();
+}
+
+void CDbBase::Close() {
+    Disconnect();
+}
+
+void CDbBase::Disconnect() {
+    if (m_connection != nullptr) {
+        if (m_batchDepth > 0 && !IsBatchLost()) {
+            sqlite3_exec(m_connection, "COMMIT", nullptr, nullptr, nullptr);
+        }
+        m_statements.Clear();
+        sqlite3_close_v2(m_connection);
+        m_connection = nullptr;
+    }
+    m_batchDepth = 0;
+    m_openFile.Release();
+}
+
+bool CDbBase::Open(std::string_view path, std::string_view password) {
+    Close();
+    try {
+        const std::string hostPath = HostFiles().HostPath(path);
+        if (!m_openFile.Claim(hostPath)) {
+            throw CDbError("no such file, or open already");
+        }
+        // The engine takes an empty file for a new database and would write into it.
+        std::error_code error;
+        if (std::filesystem::file_size(hostPath, error) < PageSize) {
+            throw CDbError("too short for a database");
+        }
+        Connect(hostPath, password, SQLITE_OPEN_READWRITE);
+        return true;
+    } catch (const CDbError&) {
+        Disconnect();
+        ShowMessage(2000, path);
+        return false;
+    }
+}
+
+void CDbBase::Create(const std::string& hostPath, std::string_view password) {
+    Close();
+    std::error_code error;
+    if (std::filesystem::exists(hostPath, error)) {
+        throw CDbError("the new file is there already");
+    }
+    Connect(hostPath, password, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    Run("CREATE TABLE Probe (ID INTEGER)");  // makes the file come into being
+    Run("DROP TABLE Probe");
+    if (!m_openFile.Claim(hostPath)) {
+        throw CDbError("the new file isn't there");
+    }
+}
+
+void CDbBase::Connect(const std::string& hostPath, std::string_view password, int flags) {
+    const std::string key = DatabaseKey(password);
+    // A connection never leaves its thread, so the engine needs no locks of its own.
+    if (sqlite3_open_v2(hostPath.c_str(), &m_connection, flags | SQLITE_OPEN_NOMUTEX, nullptr) != SQLITE_OK) {
+        throw CDbError(sqlite3_errmsg(m_connection));
+    }
+    Run("PRAGMA key = \"x'" + key + "'\"");
+    Run("PRAGMA cipher_page_size = " + std::to_string(PageSize));
+    Run("PRAGMA locking_mode = EXCLUSIVE");
+    Run("PRAGMA synchronous = FULL");
+    // The schema says NOCASE, which every tool knows but folds ASCII only; here it folds all letters. No
+    // text column has an index, so the other order inside the files of other tools does no harm.
+    sqlite3_create_collation(m_connection, "NOCASE", SQLITE_UTF8, nullptr, CollateNoCase);
+    sqlite3_create_function(m_connection, "now", 0, SQLITE_UTF8, nullptr, SqlNow, nullptr, nullptr);
+    // The first lock is taken here, and with the locking mode above it stays. The engine refuses an
+    // exclusive one on a file that can't be written.
+    const bool readOnly = sqlite3_db_readonly(m_connection, "main") == 1;
+    Run(readOnly ? "BEGIN" : "BEGIN EXCLUSIVE");
+    Run("SELECT count(*) FROM sqlite_master");
+    Run("COMMIT");
+}
+
+void CDbBase::Run(const std::string& statement) const {
+    if (sqlite3_exec(m_connection, statement.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
+        throw CDbError(sqlite3_errmsg(m_connection));
+    }
+}
+
+CDbCursor CDbBase::Execute(std::string_view statement) {
+    if (m_connection == nullptr) {
+        throw CDbError("no database is open");
+    }
+    if (m_batchDepth > 0 && IsBatchLost()) {
+        throw CDbError("the batch was lost");
+    }
+    return CDbCursor(m_statements.Take(m_connection, TranslateSql(statement)));
+}
+
+std::int32_t CDbBase::LastInsertId() const {
+    return m_connection == nullptr ? 0 : static_cast<std::int32_t>(sqlite3_last_insert_rowid(m_connection));
+}
+
+void CDbBase::BeginBatch() {
+    if (m_connection == nullptr) {
+        throw CDbError("no database is open");
+    }
+    if (m_batchDepth == 0) {
+        Run("BEGIN");
+        ++m_batchSerial;
+    }
+    ++m_batchDepth;
+}
+
+void CDbBase::EndBatch() {
+    if (m_batchDepth == 0 || --m_batchDepth > 0) {
+        return;  // closed in between, or an inner one
+    }
+    if (IsBatchLost()) {
+        throw CDbError("the batch was lost");
+    }
+    try {
+        Run("COMMIT");
+    } catch (const CDbError&) {
+        sqlite3_exec(m_connection, "ROLLBACK", nullptr, nullptr, nullptr);
+        throw;
+    }
+}
+
+bool CDbBase::IsBatchLost() const {
+    return sqlite3_get_autocommit(m_connection) != 0;
+}
+
+CDbBatch::CDbBatch(CDbBase& database) : m_database(database) {
+    m_database.BeginBatch();
+}
+
+CDbBatch::~CDbBatch() {
+    try {
+        Commit();
+    } catch (const CDbError&) {
+        // Whoever leaves without Commit has told of a failure already.
+    }
+}
+
+void CDbBatch::Commit() {
+    if (m_open) {
+        m_open = false;
+        m_database.EndBatch();
+    }
+}
+
+bool CDbBatch::IsLost() const {
+    return !m_database.IsOpen() || m_database.IsBatchLost();
+}

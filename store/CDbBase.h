@@ -1,0 +1,86 @@
+// The thin layer between the program and its database files: one connection, statements as text, values
+// read by column name. Nothing above it sees the engine.
+//
+// A file is SQLCipher, AES-256, with pages of 4096 bytes; docs/files.md tells how to open one with
+// standard tools. An open file is locked exclusively: a second open fails, from another process and from
+// this one, until Close. A file that can't be written opens for reading, with a shared lock.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "store/CDbCursor.h"
+#include "store/COpenFile.h"
+#include "store/CStatementCache.h"
+
+struct sqlite3;
+
+// Of project files and criterion files alike.
+inline constexpr const char* CDbPassword = "qmyd7315_=";
+
+// The raw key of files with this password, 64 hexadecimal digits. Throws CDbError.
+std::string DatabaseKey(std::string_view password);
+
+class CDbBase {
+public:
+    CDbBase() = default;
+    virtual void Close();
+    virtual ~CDbBase();
+    CDbBase(const CDbBase&) = delete;
+    CDbBase& operator=(const CDbBase&) = delete;
+
+    // `path` is a path text. Closes what was open. Failure shows message 2000 with the path.
+    bool Open(std::string_view path, std::string_view password);
+    bool IsOpen() const { return m_connection != nullptr; }
+
+    // Runs exactly one statement. Throws CDbError, also in a batch that was lost (see CDbBatch).
+    CDbCursor Execute(std::string_view statement);
+    // The key that the last insert was given.
+    std::int32_t LastInsertId() const;
+
+    // A new, empty, encrypted file for the makers of criterion files; an existing one is an error.
+    // Throws CDbError.
+    void Create(const std::string& hostPath, std::string_view password);
+
+protected:
+    // Counts up whenever a batch begins; 0 outside of batches. What is remembered for the length of a
+    // batch carries it.
+    std::uint64_t BatchSerial() const { return m_batchDepth > 0 ? m_batchSerial : 0; }
+
+private:
+    friend class CDbBatch;
+    void BeginBatch();
+    void EndBatch();
+    bool IsBatchLost() const;
+
+    void Connect(const std::string& hostPath, std::string_view password, int flags);
+    void Run(const std::string& statement) const;
+    void Disconnect();
+
+    sqlite3* m_connection = nullptr;
+    CStatementCache m_statements;
+    COpenFile m_openFile;
+    int m_batchDepth = 0;
+    std::uint64_t m_batchSerial = 0;
+};
+
+// Operations of many statements run inside one. It commits whatever was done on every way out, failing
+// ones included: what an operation has done so far stays, statement by statement, but a crash leaves all
+// of it or nothing, and two thousand statements cost one flush. Batches nest; the outermost one commits.
+class CDbBatch {
+public:
+    explicit CDbBatch(CDbBase& database);  // throws CDbError
+    ~CDbBatch();
+    CDbBatch(const CDbBatch&) = delete;
+    CDbBatch& operator=(const CDbBatch&) = delete;
+
+    // Throws CDbError if what was done could not be stored; nothing of it is in the file then.
+    void Commit();
+    // Whether the engine had to give the whole batch up (a full disk). Nothing more can be done in it.
+    bool IsLost() const;
+
+private:
+    CDbBase& m_database;
+    bool m_open = true;
+};

@@ -1,0 +1,268 @@
+#include "store/CDbRec.h"
+
+#include "geo/position/CGpsCalc.h"
+#include "shell/CHostFiles.h"
+#include "shell/CPrompts.h"
+#include "shell/numbers.h"
+#include "shell/paths.h"
+#include "shell/seams.h"
+#include "shell/textcodec.h"
+#include "store/CDbError.h"
+#include "store/sqltext.h"
+
+namespace {
+
+// What an insert and an update of a section write, in the order of both statements.
+std::vector<std::string> SectionValues(const _TESTING_DATA& in) {
+    return {EscapeSqlText(in.TestingName),      EscapeSqlText(in.Comment),
+            SqlCoordinate(in.GpsXStart),        SqlCoordinate(in.GpsYStart),
+            SqlCoordinate(in.GpsXEnd),          SqlCoordinate(in.GpsYEnd),
+            SqlDistance(in.DistanceStart),      SqlDistance(in.DistanceEnd),
+            EscapeSqlText(in.VideoFileList),    EscapeSqlText(in.TaskIndex),
+            EscapeSqlText(in.TestingDirection), EscapeSqlText(in.TaskName),
+            EscapeSqlText(in.Location),         EscapeSqlText(in.StartWell),
+            EscapeSqlText(in.EndWell),          EscapeSqlText(in.PipeType),
+            EscapeSqlText(in.PipeMaterial),     EscapeSqlText(in.DepthStart),
+            EscapeSqlText(in.DepthEnd),         EscapeSqlText(in.ManholeDepth),
+            EscapeSqlText(in.PipeLength),       EscapeSqlText(in.DetectionLength),
+            EscapeSqlText(in.LayingTime),       EscapeSqlText(in.EngineeringUnits),
+            EscapeSqlText(in.PipeDiameter),     EscapeSqlText(in.TestingCompany),
+            EscapeSqlText(in.Tester),           EscapeSqlText(in.TestingDate)};
+}
+
+}  // namespace
+
+CDbRec::~CDbRec() {
+    CDbRec::Close();
+}
+
+void CDbRec::Close() {
+    CDbCriterion::Close();
+    m_states.clear();
+    m_evaluates.clear();
+}
+
+bool CDbRec::ReadAttrib(_PRO_DATA& out) {
+    try {
+        CDbCursor row = Execute("Select * from Attrib where ID = 1");
+        if (!row.IsEof()) {
+            out.CriterionName = row.GetText("CriterionName");
+            out.ProjectName = row.GetText("ProjectName");
+            out.Comment = row.GetText("Comment");
+            out.GpsX = row.GetDouble("GpsX");
+            out.GpsY = row.GetDouble("GpsY");
+            out.ProjectIndex = row.GetText("ProjectIndex");
+            out.StandardIndex = row.GetText("StandardIndex");
+            out.Location = row.GetText("Location");
+            out.CreateTime = row.GetDate("CreateTime");
+        }
+        return true;
+    } catch (const CDbError&) {
+        ShowMessage(2005);
+        return false;
+    }
+}
+
+bool CDbRec::WriteAttrib(const _PRO_DATA& in, bool stampCreateTime) {
+    try {
+        Execute(FormatSql(
+            "Update Attrib set ProjectName = '%s', Comment = '%s', GpsX = %s, GpsY = %s "
+            ",ProjectIndex = '%s',StandardIndex = '%s' , Location = '%s' %s where ID = 1",
+            {EscapeSqlText(in.ProjectName), EscapeSqlText(in.Comment), SqlCoordinate(in.GpsX),
+             SqlCoordinate(in.GpsY), EscapeSqlText(in.ProjectIndex), EscapeSqlText(in.StandardIndex),
+             EscapeSqlText(in.Location), stampCreateTime ? ",CreateTime = now()" : ""}));
+        return true;
+    } catch (const CDbError&) {
+        ShowMessage(2006);
+        return false;
+    }
+}
+
+_TESTING_DATA CDbRec::ReadTestingRow(CDbCursor& row) {
+    _TESTING_DATA section;
+    section.ID = row.GetLong("ID");
+    section.TestingOrder = row.GetLong("TestingOrder");
+    section.TestingName = row.GetText("TestingName");
+    section.Comment = row.GetText("Comment");
+    section.DistanceStart = row.GetFloat("DistanceStart");
+    section.DistanceEnd = row.GetFloat("DistanceEnd");
+    section.GpsXStart = row.GetDouble("GpsXStart");
+    section.GpsYStart = row.GetDouble("GpsYStart");
+    section.GpsXEnd = row.GetDouble("GpsXEnd");
+    section.GpsYEnd = row.GetDouble("GpsYEnd");
+    section.TaskIndex = row.GetText("TaskIndex");
+    section.TestingDirection = row.GetText("TestingDirection");
+    section.TaskName = row.GetText("TaskName");
+    section.Location = row.GetText("Location");
+    section.StartWell = row.GetText("StartWell");
+    section.EndWell = row.GetText("EndWell");
+    section.PipeType = row.GetText("PipeType");
+    section.PipeMaterial = row.GetText("PipeMaterial");
+    section.DepthStart = row.GetText("DepthStart");
+    section.DepthEnd = row.GetText("DepthEnd");
+    section.ManholeDepth = row.GetText("ManholeDepth");
+    section.PipeLength = row.GetText("PipeLength");
+    section.DetectionLength = row.GetText("DetectionLength");
+    section.LayingTime = row.GetText("LayingTime");
+    section.EngineeringUnits = row.GetText("EngineeringUnits");
+    section.PipeDiameter = row.GetText("PipeDiameter");
+    section.TestingCompany = row.GetText("TestingCompany");
+    section.Tester = row.GetText("Tester");
+    section.TestingDate = row.GetText("TestingDate");
+    section.CreateTime = row.GetDate("CreateTime");
+    section.VideoFileList = row.GetText("VideoFileList");
+    return section;
+}
+
+bool CDbRec::ReadTestings(CTestingDataArray& out) {
+    out.RemoveAll();
+    try {
+        for (CDbCursor rows = Execute("Select * from Testing order by TestingOrder"); !rows.IsEof();
+             rows.MoveNext()) {
+            out.Add(ReadTestingRow(rows));
+        }
+        return true;
+    } catch (const CDbError&) {
+        ShowMessage(2013);
+        return false;
+    }
+}
+
+bool CDbRec::FindTestingByWells(std::string_view start, std::string_view end, _TESTING_DATA* out) {
+    CDbCursor row = Execute(FormatSql("Select * from Testing where StartWell = '%s'  AND EndWell = '%s'",
+                                      {EscapeSqlText(start), EscapeSqlText(end)}));
+    if (row.IsEof()) {
+        return false;
+    }
+    if (out != nullptr) {
+        *out = ReadTestingRow(row);
+    }
+    return true;
+}
+
+bool CDbRec::GetNextTestingOrder(std::int32_t& out) {
+    out = 1;
+    try {
+        // The inner query is tied to the outer row, so that all rows match and the first decides.
+        CDbCursor row = Execute(
+            "select * from Testing as a where  a.TestingOrder=(select max(b.TestingOrder) from Testing as b "
+            "where a.id = b.id )");
+        if (!row.IsEof()) {
+            // Behind the last of all numbers comes the first, as a stored order may be any.
+            const std::int64_t next = std::int64_t{row.GetLong("TestingOrder")} + 1;
+            out = static_cast<std::int32_t>(next);
+        }
+        return true;
+    } catch (const CDbError&) {
+        ShowMessage(2013);
+        return false;
+    }
+}
+
+bool CDbRec::AddTesting(const _TESTING_DATA& in) {
+    std::int32_t order = 0;
+    if (!GetNextTestingOrder(order)) {
+        return false;
+    }
+    try {
+        std::vector<std::string> values = SectionValues(in);
+        values.insert(values.begin(), FormatInt(order));
+        Execute(FormatSql(
+            "insert into Testing(TestingOrder, "
+            "TestingName,Comment,GpsXStart,GpsYStart,GpsXEnd,GpsYEnd,\t\t\t\tDistanceStart,DistanceEnd,"
+            "VideoFileList,CreateTime,\t\t\t\tTaskIndex,TestingDirection,TaskName,Location,StartWell,"
+            "EndWell,PipeType,PipeMaterial,\t\t\t\tDepthStart, DepthEnd, ManholeDepth,\tPipeLength, "
+            "DetectionLength, LayingTime, EngineeringUnits, "
+            "\t\t\t\tPipeDiameter,TestingCompany,Tester,TestingDate)\t\t\t\tvalues(%ld, '%s','%s', "
+            "%s,%s,%s,%s, "
+            "%s,%s,'%s',now(),'%s','%s','%s','%s','%s','%s','%s','%s','%s','%s','%s','%s','%s','%s','%s',"
+            "'%s','%s','%s','%s')",
+            values));
+        return true;
+    } catch (const CDbError&) {
+        ShowMessage(2007);
+        return false;
+    }
+}
+
+bool CDbRec::UpdateTesting(const _TESTING_DATA& in) {
+    try {
+        std::vector<std::string> values = SectionValues(in);
+        values.push_back(FormatInt(in.ID));
+        Execute(FormatSql(
+            "Update Testing set TestingName = '%s', Comment = '%s', \t\t\tGpsXStart = %s, GpsYStart = "
+            "%s,GpsXEnd = %s, GpsYEnd = %s,\t\t\tDistanceStart = %s, DistanceEnd = "
+            "%s,\t\t\tVideoFileList = '%s', \t\t\tTaskIndex = '%s',TestingDirection = '%s',TaskName = "
+            "'%s',Location = '%s',\t\t\tStartWell = '%s',EndWell = '%s',PipeType = '%s',PipeMaterial = "
+            "'%s',\t\t\tDepthStart = '%s', DepthEnd = '%s', ManholeDepth = '%s', PipeLength = "
+            "'%s',\tDetectionLength = '%s',\tLayingTime = '%s',\tEngineeringUnits = '%s', "
+            "\t\t\tPipeDiameter = '%s',TestingCompany = '%s',Tester = '%s',TestingDate = '%s' \t\t\twhere "
+            "ID = %d",
+            values));
+        return true;
+    } catch (const CDbError&) {
+        ShowMessage(2008);
+        return false;
+    }
+}
+
+bool CDbRec::SetTestingOrder(std::int32_t id, std::int32_t order) {
+    try {
+        Execute(FormatSql("update Testing set TestingOrder = %ld where id=%ld",
+                          {FormatInt(order), FormatInt(id)}));
+        return true;
+    } catch (const CDbError&) {
+        ShowMessage(2008);
+        return false;
+    }
+}
+
+bool CDbRec::DeleteTesting(const _TESTING_DATA& in) {
+    int message = 2009;
+    try {
+        CDbBatch batch(*this);
+        CRecDataArray records;
+        if (!ReadRecords(in.ID, records, false)) {
+            return false;
+        }
+        m_states.clear();
+        Execute(FormatSql("delete from Record where TestingID = %d", {FormatInt(in.ID)}));
+        message = 2010;
+        Execute(FormatSql("delete from Testing where ID = %d", {FormatInt(in.ID)}));
+        batch.Commit();
+    } catch (const CDbError&) {
+        ShowMessage(message);
+        return false;
+    }
+    // File choosers move the current folder, and resources are opened relative to it.
+    (void)HostFiles().SetCurrentFolder(GetAppFolder());
+    return true;
+}
+
+bool CDbRec::RecalcRecordGps(std::int32_t id) {
+    try {
+        CDbBatch batch(*this);
+        CDbCursor row = Execute(FormatSql("Select * from Testing where ID = %d", {FormatInt(id)}));
+        if (row.IsEof()) {
+            ShowMessage(2019);
+            return false;
+        }
+        const _TESTING_DATA section = ReadTestingRow(row);
+        CRecDataArray records;
+        if (!ReadRecords(id, records, false)) {
+            return false;
+        }
+        CGpsCalc calc(section.GpsXStart, section.GpsYStart, section.GpsXEnd, section.GpsYEnd);
+        calc.CalcRecords(records);
+        for (const _REC_DATA& record : records) {
+            if (!UpdateRecord(record)) {
+                return false;
+            }
+        }
+        batch.Commit();
+        return true;
+    } catch (const CDbError&) {
+        ShowMessage(2020);
+        return false;
+    }
+}

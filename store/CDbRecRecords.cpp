@@ -1,0 +1,225 @@
+// The record half of CDbRec: statements on table `Record`.
+#include "shell/CHostFiles.h"
+#include "shell/CPrompts.h"
+#include "shell/numbers.h"
+#include "shell/seams.h"
+#include "shell/textcodec.h"
+#include "store/CDbError.h"
+#include "store/CDbRec.h"
+#include "store/sqltext.h"
+
+namespace {
+
+// The whole project for an id below 0.
+std::string RecordSelection(const char* beginning, std::int32_t testingId) {
+    std::string statement = std::string(beginning) + " * from Record";
+    if (testingId >= 0) {
+        statement += FormatSql(" where TestingID = %d", {FormatInt(testingId)});
+    }
+    return statement;
+}
+
+}  // namespace
+
+int CDbRec::FindDefectIndex(std::string_view code) const {
+    for (std::size_t i = 0; i < DefectCodes.size(); ++i) {
+        if (EqualNoCase(DefectCodes[i], code)) {
+            return static_cast<int>(i);
+        }
+    }
+    return -1;
+}
+
+std::string CDbRec::GetDefectType(std::string_view code) const {
+    const int index = FindDefectIndex(code);
+    return index < 0 ? std::string() : DefectTypes[static_cast<std::size_t>(index)];
+}
+
+// Rows with a NULL in these columns load with fewer pictures: a record is worth more than its picture.
+void CDbRec::ReadPictures(CDbCursor& row, _REC_DATA& record) {
+    try {
+        const double time1 = row.GetDouble("PicTimeInVideo1");
+        record.AddPicture(row.GetText("Picture1"), time1);
+        const double time2 = row.GetDouble("PicTimeInVideo2");
+        record.AddPicture(row.GetText("Picture2"), time2);
+    } catch (const CDbError&) {
+    }
+}
+
+void CDbRec::ReadRecordRow(CDbCursor& row, _REC_DATA& record) const {
+    record.ID = row.GetLong("ID");
+    record.TestingID = row.GetLong("TestingID");
+    record.DefectCode = row.GetText("DefectCode");
+    record.Comment = row.GetText("Comment");
+    record.DefectLevel = static_cast<std::uint8_t>(row.GetLong("DefectLevel"));
+    record.DistanceStart = row.GetFloat("DistanceStart");
+    record.DistanceEnd = row.GetFloat("DistanceEnd");
+    record.DirectionStart = static_cast<std::uint8_t>(row.GetLong("DirectionStart"));
+    record.DirectionEnd = static_cast<std::uint8_t>(row.GetLong("DirectionEnd"));
+    record.Video = row.GetText("Video");
+    ReadPictures(row, record);
+    record.GpsX = row.GetDouble("GpsX");
+    record.GpsY = row.GetDouble("GpsY");
+    record.DefectType = GetDefectType(record.DefectCode);
+    if (record.IsJCJ()) {
+        record.JcjNo = row.GetText("JcjNo");
+        record.JcjType = row.GetLong("JcjType");
+        record.JcjUnderRoad = row.GetLong("JcjUnderRoad");
+        record.JcjMaterial = row.GetLong("JcjMaterial");
+        record.JcjCoverMaterial = row.GetLong("JcjCoverMaterial");
+    }
+}
+
+float CDbRec::ReadEvaluate(const _REC_DATA& record) {
+    const auto key = std::make_pair(record.DefectCode, static_cast<int>(record.DefectLevel));
+    const auto known = m_evaluates.find(key);
+    if (known != m_evaluates.end()) {
+        return known->second;
+    }
+    CDbCursor row = Execute(FormatSql("Select * from DefectLevel where DefectCode=\"%s\" And DefectLevel= %d",
+                                      {record.DefectCode, FormatInt(record.DefectLevel)}));
+    const float score = row.IsEof() ? 0.0F : row.GetFloat("Evaluate");
+    return m_evaluates.emplace(key, score).first->second;
+}
+
+bool CDbRec::ReadRecords(std::int32_t testingId, CRecDataArray& out, bool withEvaluate) {
+    out.RemoveAll();
+    const CHostFiles::CLookOnce look(HostFiles());
+    try {
+        for (CDbCursor rows = Execute(RecordSelection("select", testingId)); !rows.IsEof(); rows.MoveNext()) {
+            ReadRecordRow(rows, out[out.Add(_REC_DATA())]);  // a row that fails stays, half read
+        }
+        if (withEvaluate) {
+            for (_REC_DATA& record : out) {
+                record.Evaluate = ReadEvaluate(record);
+            }
+        }
+        return true;
+    } catch (const CDbError&) {
+        ShowMessage(2017);
+        return false;
+    }
+}
+
+std::int32_t CDbRec::CountRecords(std::int32_t testingId) {
+    try {
+        std::int32_t count = 0;
+        for (CDbCursor rows = Execute(RecordSelection("Select", testingId)); !rows.IsEof(); rows.MoveNext()) {
+            ++count;
+        }
+        return count;
+    } catch (const CDbError&) {
+        ShowMessage(2018);
+        return -1;
+    }
+}
+
+// What the rule of AddRecord asks, with the same messages and the same copies of pictures as a read of
+// the section for each new record would give.
+bool CDbRec::LookAtSection(std::int32_t testingId, SectionState& state) {
+    if (m_stateSerial != BatchSerial()) {
+        m_states.clear();
+        m_stateSerial = BatchSerial();
+    }
+    const auto known = m_states.find(testingId);
+    if (known != m_states.end()) {
+        state = std::move(known->second);
+        for (const std::string& picture : state.NewPictures) {
+            _REC_DATA().AddPicture(picture, 0.0);
+        }
+        state.NewPictures.clear();
+        return true;
+    }
+    CRecDataArray records;
+    if (!ReadRecords(testingId, records, false)) {
+        return false;
+    }
+    state = SectionState();
+    state.Empty = records.IsEmpty();
+    for (const _REC_DATA& record : records) {
+        state.HasPipeNormal = state.HasPipeNormal || record.IsPipeNormal();
+    }
+    return true;
+}
+
+void CDbRec::RememberAdded(const _REC_DATA& record, SectionState state) {
+    if (BatchSerial() == 0 || record.TestingID < 0) {
+        return;
+    }
+    _REC_DATA stored;
+    stored.DefectCode = record.DefectCode;
+    stored.DefectType = GetDefectType(record.DefectCode);
+    state.Empty = false;
+    state.HasPipeNormal = state.HasPipeNormal || stored.IsPipeNormal();
+    state.NewPictures = {record.GetPicture1(), record.GetPicture2()};
+    m_states.insert_or_assign(record.TestingID, std::move(state));
+}
+
+bool CDbRec::AddRecord(const _REC_DATA& in) {
+    SectionState state;
+    if (!LookAtSection(in.TestingID, state)) {
+        return false;
+    }
+    const int refusal = in.IsPipeNormal() ? (state.Empty ? 0 : 2800) : (state.HasPipeNormal ? 2801 : 0);
+    if (refusal != 0) {
+        if (BatchSerial() != 0 && in.TestingID >= 0) {
+            m_states.insert_or_assign(in.TestingID, std::move(state));
+        }
+        ShowMessage(refusal);
+        return false;
+    }
+    try {
+        Execute(FormatSql(
+            "insert into "
+            "Record(TestingID,DefectCode,Comment,DefectLevel,DistanceStart,DistanceEnd,DirectionStart,"
+            "DirectionEnd,Video,Picture1,PicTimeInVideo1,Picture2,PicTimeInVideo2,GpsX,GpsY,CreateTime,"
+            "JcjNo,JcjType,JcjUnderRoad,JcjMaterial,JcjCoverMaterial)values(%d,'%s','%s',%d, %s,%s, %d, "
+            "%d, '%s', '%s', %s, '%s', %s, %s, %s, now(),'%s',%d,%d,%d,%d)",
+            {FormatInt(in.TestingID),         EscapeSqlText(in.DefectCode),  EscapeSqlText(in.Comment),
+             FormatInt(in.DefectLevel),       SqlDistance(in.DistanceStart), SqlDistance(in.DistanceEnd),
+             FormatInt(in.DirectionStart),    FormatInt(in.DirectionEnd),    EscapeSqlPath(in.Video),
+             EscapeSqlPath(in.GetPicture1()), SqlDistance(in.GetPicTime1()), EscapeSqlPath(in.GetPicture2()),
+             SqlDistance(in.GetPicTime2()),   SqlCoordinate(in.GpsX),        SqlCoordinate(in.GpsY),
+             EscapeSqlText(in.JcjNo),         FormatInt(in.JcjType),         FormatInt(in.JcjUnderRoad),
+             FormatInt(in.JcjMaterial),       FormatInt(in.JcjCoverMaterial)}));
+    } catch (const CDbError&) {
+        ShowMessage(2014);
+        return false;
+    }
+    RememberAdded(in, std::move(state));
+    return true;
+}
+
+bool CDbRec::UpdateRecord(const _REC_DATA& in) {
+    m_states.clear();
+    try {
+        Execute(FormatSql(
+            "Update Record set DefectCode = '%s', Comment = '%s', DefectLevel = %d,\t\t\tDistanceStart = "
+            "%s, DistanceEnd = %s,DirectionStart = %d,DirectionEnd = %d, \t\t\tPicture1 = '%s', "
+            "PicTimeInVideo1 = %s, Picture2 = '%s', PicTimeInVideo2 = %s, \t\t\tGpsX = %s, GpsY = %s     "
+            "        ,JcjNo = '%s',JcjType = %d,JcjUnderRoad = %d,JcjMaterial = %d,JcjCoverMaterial = %d "
+            "           where ID = %d            ",
+            {EscapeSqlText(in.DefectCode), EscapeSqlText(in.Comment), FormatInt(in.DefectLevel),
+             SqlDistance(in.DistanceStart), SqlDistance(in.DistanceEnd), FormatInt(in.DirectionStart),
+             FormatInt(in.DirectionEnd), EscapeSqlPath(in.GetPicture1()), SqlDistance(in.GetPicTime1()),
+             EscapeSqlPath(in.GetPicture2()), SqlDistance(in.GetPicTime2()), SqlCoordinate(in.GpsX),
+             SqlCoordinate(in.GpsY), EscapeSqlText(in.JcjNo), FormatInt(in.JcjType),
+             FormatInt(in.JcjUnderRoad), FormatInt(in.JcjMaterial), FormatInt(in.JcjCoverMaterial),
+             FormatInt(in.ID)}));
+        return true;
+    } catch (const CDbError&) {
+        ShowMessage(2015);
+        return false;
+    }
+}
+
+bool CDbRec::DeleteRecord(std::int32_t id) {
+    m_states.clear();
+    try {
+        Execute(FormatSql("delete from Record where ID = %d", {FormatInt(id)}));
+        return true;
+    } catch (const CDbError&) {
+        ShowMessage(2016);
+        return false;
+    }
+}

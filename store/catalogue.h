@@ -1,0 +1,61 @@
+// The project catalogue. There is no catalogue file: the folder `db` is the catalogue, and every listing
+// opens every database in it. Nothing here holds a database open.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "store/records/records.h"
+
+// What the project list shows of one project.
+struct ProjectRow {
+    std::string ProjectName;
+    std::string CriterionName;
+    std::int32_t RecordCount = 0;
+    std::string CreateTime;
+    std::string OwnPath;  // of the file that this row was read from
+};
+
+// Rows and projects run parallel by index. A file that can't be read has its element in the array, but
+// no row: every row behind it stands for the element before its own. Operators know the list so, and
+// what it opens must stay what it opened before.
+struct ProjectListing {
+    CProjectDataArray Projects;
+    std::vector<ProjectRow> Rows;
+};
+
+// All projects of the folder, by file name, without the one at `excludedPath` (it is open). Files that
+// can't be read show their messages.
+void FillProjects(std::string_view folder, std::string_view excludedPath, ProjectListing& listing);
+bool AddProjectRow(std::string_view path, ProjectListing& listing);
+
+// The standards offered for new projects, by file name; an unreadable one is offered with the text of
+// message 2004 as its name.
+void LoadCriterionList(CCriterionDataArray& list, std::string_view folder, std::string_view password);
+
+// What the operator types of a project.
+struct ProjectProperties {
+    std::string ProjectName;
+    std::string Comment;
+    std::string ProjectIndex;
+    std::string Location;
+};
+
+// Whether both choices of the properties window allow going on.
+bool CanSaveProject(const ProjectProperties& properties, int criterionIndex,
+                    const CCriterionDataArray& criteria);
+
+// Copies the chosen criterion file to a name made from the present time, the first later second whose
+// name is free, and gives the copy its identity. Returns its path; empty on failure (message 2203 with
+// the path, or that of the database operation, after which the copy stays behind).
+std::string CreateProject(const ProjectProperties& properties, int criterionIndex,
+                          const CCriterionDataArray& criteria);
+
+// Always moves the creation time to now.
+bool WriteNewAttrib(std::string_view path, const ProjectProperties& properties,
+                    std::string_view standardIndex);
+
+// Asks with message 2204. Puts a copy into the desktop's trash, empties the project, removes its file and
+// its side folder. 2205 if the file can't be removed.
+bool DeleteProject(std::string_view path);

@@ -1,0 +1,27 @@
+// Records as JSON, every field under its column name. Numbers that aren't finite are texts ("NaN",
+// "Infinity", "-Infinity"), since JSON has no such numbers.
+#pragma once
+
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+
+#include "store/records/records.h"
+
+nlohmann::ordered_json NumberToJson(double value);
+
+nlohmann::ordered_json ProjectToJson(const _PRO_DATA& project);
+nlohmann::ordered_json SectionToJson(const _TESTING_DATA& section);
+// As a row of the table: pictures under their four columns, with the group and the score of the code.
+nlohmann::ordered_json RecordToJson(const _REC_DATA& record);
+// As a part of a document: what is stored, with the pictures as a list of path and time.
+nlohmann::ordered_json RecordToDocument(const _REC_DATA& record);
+
+// All throw std::runtime_error that tells what is wrong and where: an unknown field, a wrong type, a
+// number out of its column's range. Members that aren't there keep the default; `place` names the value.
+// Pictures of a record are taken as they stand; nothing is copied.
+void CheckProjectJson(const nlohmann::ordered_json& json, const std::string& place);
+void SectionFromJson(const nlohmann::ordered_json& json, const std::string& place, _TESTING_DATA& section);
+void RecordFromDocument(const nlohmann::ordered_json& json, const std::string& place, _REC_DATA& record);
+
+// The document as text; bytes that are no UTF-8 don't stop it.
+std::string JsonText(const nlohmann::ordered_json& json);
