@@ -1,0 +1,149 @@
+#include "fieldimport/acquisitionimport.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "fieldimport/acquisition.h"
+#include "shell/CHostFiles.h"
+#include "shell/CPrompts.h"
+#include "shell/numbers.h"
+#include "shell/paths.h"
+#include "shell/seams.h"
+#include "store/CDbError.h"
+#include "store/CDbRec.h"
+
+namespace {
+
+// What osd1 to osd18 say of a section. The field units don't follow the order of the columns.
+constexpr std::array<std::string _TESTING_DATA::*, 18> OsdFields = {
+    &_TESTING_DATA::TaskIndex,      &_TESTING_DATA::TestingDirection, &_TESTING_DATA::TaskName,
+    &_TESTING_DATA::Location,       &_TESTING_DATA::StartWell,        &_TESTING_DATA::EndWell,
+    &_TESTING_DATA::PipeType,       &_TESTING_DATA::PipeMaterial,     &_TESTING_DATA::PipeDiameter,
+    &_TESTING_DATA::TestingCompany, &_TESTING_DATA::Tester,           &_TESTING_DATA::DepthStart,
+    &_TESTING_DATA::DepthEnd,       &_TESTING_DATA::ManholeDepth,     &_TESTING_DATA::PipeLength,
+    &_TESTING_DATA::LayingTime,     &_TESTING_DATA::EngineeringUnits, &_TESTING_DATA::DetectionLength,
+};
+
+// A sonar description names the acquisition description beside it, near its beginning.
+bool IsSonarDescription(std::string_view path) {
+    const std::optional<std::string> bytes = HostFiles().ReadFile(path, MaxAcquisitionBytes);
+    if (!bytes) {
+        return false;
+    }
+    std::size_t end = 0;
+    for (int line = 0; line < 5 && end < bytes->size(); ++line) {
+        end = std::min(bytes->find('\n', end), bytes->size() - 1) + 1;
+    }
+    return std::string_view(*bytes).substr(0, end).find("dixmlfilename") != std::string_view::npos;
+}
+
+_TESTING_DATA MakeSection(const AcquisitionHeader& header) {
+    _TESTING_DATA section;
+    section.ID = 0;
+    section.TestingName = header.Name;
+    section.TestingDate = header.GenTime;
+    section.VideoFileList = header.VideoFileName;
+    for (std::size_t i = 0; i < OsdFields.size(); ++i) {
+        section.*OsdFields[i] = header.Osd[i];
+    }
+    return section;
+}
+
+std::uint8_t ParseByte(const std::string& text) {
+    return static_cast<std::uint8_t>(ParseInt(text));
+}
+
+// Field units write pictures in subfolders with either separator. Only one of them ends the folder when the
+// copy in the report image folder is named.
+void AddPicture(_REC_DATA& record, std::string path, const std::string& time) {
+    std::replace(path.begin(), path.end(), '/', '\\');
+    record.AddPicture(path, RoundTo(ParseDouble(time), 3));
+}
+
+_REC_DATA MakeRecord(const CDbRec& database, const _TESTING_DATA& section, const AcquisitionItem& item) {
+    const double start = ParseDouble(item.Dist);
+    const double length = ParseDouble(item.Len);
+    _REC_DATA record;
+    record.TestingID = section.ID;
+    record.DefectCode = item.Code;
+    record.DefectType = database.GetDefectType(item.Code);  // without it no "GDZC" is ever refused
+    record.Comment = item.Desc;
+    record.DefectLevel = ParseByte(item.Level);
+    record.DistanceStart = static_cast<float>(RoundTo(start, 3));
+    record.DistanceEnd = static_cast<float>(RoundTo(start + length, 3));
+    record.DirectionStart = ParseByte(item.ClockStart);
+    record.DirectionEnd = ParseByte(item.ClockEnd);
+    record.Video = section.VideoFileList;
+    AddPicture(record, item.PicFileName, item.PicTime);
+    AddPicture(record, item.PicFileName2, item.PicTime2);
+    record.GpsX = RoundTo(ParseDouble(item.Longitude), 12);
+    record.GpsY = RoundTo(ParseDouble(item.Latitude), 12);
+    return record;
+}
+
+bool Refuse(int message) {
+    ShowMessage(message);
+    return false;
+}
+
+bool HasSection(CDbRec& database, const _TESTING_DATA& section, bool& exists) {
+    try {
+        exists = database.FindTestingByWells(section.StartWell, section.EndWell);
+        return true;
+    } catch (const CDbError&) {
+        return Refuse(2013);
+    }
+}
+
+bool StoreAcquisition(CDbRec& database, const _TESTING_DATA& section,
+                      const std::vector<AcquisitionItem>& items) {
+    try {
+        CDbBatch batch(database);
+        if (!database.AddTesting(section)) {
+            return false;
+        }
+        _TESTING_DATA stored;
+        if (!database.FindTestingByWells(section.StartWell, section.EndWell, &stored)) {
+            return Refuse(2007);
+        }
+        for (const AcquisitionItem& item : items) {
+            if (!database.AddRecord(MakeRecord(database, stored, item)) && batch.IsLost()) {
+                return false;  // the message came from AddRecord; each further item would only repeat it
+            }
+        }
+        batch.Commit();
+        return true;
+    } catch (const CDbError&) {
+        return Refuse(2007);
+    }
+}
+
+}  // namespace
+
+bool ImportAcquisition(CDbRec& database, std::string_view path, const CLineSink& sink) {
+    if (!database.IsOpen()) {
+        return Refuse(2185);
+    }
+    if (IsSonarDescription(path)) {
+        sink("sonar descriptions can't be imported: " + std::string(path));
+        return false;
+    }
+    std::string folder = GetParentFolder(path);
+    if (folder.ends_with('\\')) {
+        folder.pop_back();
+    }
+    AcquisitionHeader header;
+    std::vector<AcquisitionItem> items;
+    if (!ReadAcquisitionXml(folder, path, header, items, sink)) {
+        return false;
+    }
+    const _TESTING_DATA section = MakeSection(header);
+    bool exists = false;
+    if (!HasSection(database, section, exists)) {
+        return false;
+    }
+    return exists ? Refuse(2189) : StoreAcquisition(database, section, items);
+}

@@ -1,0 +1,17 @@
+// Makes a section with its defect records out of a field folder.
+#pragma once
+
+#include <string_view>
+
+#include "shell/CLineSink.h"
+
+class CDbRec;
+
+// `path` is the path text of the folder's acquisition description, with its full path. True if the section
+// is in the project afterwards; records that the project refuses are passed over. A description that can't
+// be read says why in a line and shows no box. Boxes: 2185 no project open, 2189 a section between these
+// manholes exists, 2013 sections can't be read, 2007 the section can't be stored, and those of AddTesting
+// and AddRecord.
+//
+// A crash or a full disk leaves all of the import in the project or nothing.
+bool ImportAcquisition(CDbRec& database, std::string_view path, const CLineSink& sink);
