@@ -1,0 +1,127 @@
+#include "apps/cli/cli.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <ostream>
+
+#include "apps/cli/CArguments.h"
+#include "apps/cli/commands.h"
+#include "shell/CHostFiles.h"
+#include "shell/CStreamPrompts.h"
+#include "shell/language.h"
+#include "shell/paths.h"
+#include "shell/seams.h"
+#include "shell/settings.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr Command Commands[] = {
+    {"standards", "[--json]", "list the standards", RunStandards},
+    {"projects", "[--json]", "list the projects", RunProjects},
+    {"new", "NAME --standard STANDARD [--comment T] [--location T] [--index T]",
+     "make a project, print its file", RunNew},
+    {"import-xml", "PROJECT FILE...", "import field folders by their XML descriptions", RunImportXml},
+    {"sections", "PROJECT [--json]", "list the sections of a project", RunSections},
+    {"records", "PROJECT [--section ID] [--json]", "list its records", RunRecords},
+    {"grade", "PROJECT [--k N] [--t N] [--sections ID,ID] [--json]", "compute the condition of the sections",
+     RunGrade},
+    {"gps-calc", "PROJECT --section ID", "place the records between the section's manholes", RunGpsCalc},
+    {"edit-section", "PROJECT --section ID FIELD=VALUE...", "change fields of a section", RunEditSection},
+    {"edit-record", "PROJECT --record ID FIELD=VALUE...", "change fields of a record", RunEditRecord},
+    {"delete-section", "PROJECT --section ID", "delete a section with its records", RunDeleteSection},
+    {"delete-record", "PROJECT --record ID", "delete a record", RunDeleteRecord},
+    {"dump", "PROJECT", "print the whole project as one JSON document", RunDump},
+    {"load", "PROJECT FILE.json", "add the sections and records of such a document", RunLoad},
+    {"make-standard", "FILE.json -o FILE.mdb", "make a criterion database", RunMakeStandard},
+    {"settings",
+     "[--language NAME] [--work-folder DIR] [--gps-port N] [--gps-baud N] [--drive X=DIR]... [--json]",
+     "show or change the settings", RunSettings},
+};
+
+void PrintUsage(std::ostream& out) {
+    out << "usage: drovane-cli [--app-folder DIR] COMMAND ...\n\n";
+    for (const Command& command : Commands) {
+        out << "  " << command.Name << ' ' << command.Usage << "\n      " << command.Purpose << '\n';
+    }
+    out << "\nPROJECT is the path of a project file. Exit codes: 0 done, 1 failed, 2 called wrongly.\n";
+}
+
+// The folder that holds the program folder's own parts, and that relative resource paths start from.
+fs::path FindAppFolder(std::vector<std::string>& words) {
+    for (std::size_t i = 0; i < words.size() && words[i] != "--"; ++i) {
+        if (words[i] != "--app-folder") {
+            continue;
+        }
+        if (i + 1 == words.size()) {
+            throw CUsageError("--app-folder needs a value");
+        }
+        const fs::path folder = fs::absolute(words[i + 1]).lexically_normal();
+        words.erase(words.begin() + static_cast<std::ptrdiff_t>(i),
+                    words.begin() + static_cast<std::ptrdiff_t>(i) + 2);
+        if (!fs::is_directory(folder)) {
+            throw std::runtime_error(folder.string() + " is no folder");
+        }
+        return folder;
+    }
+    return fs::read_symlink("/proc/self/exe").parent_path();
+}
+
+int RunCommand(std::vector<std::string> words, std::ostream& out, std::ostream& err) {
+    const std::string startFolder = fs::current_path().string();
+    const fs::path appFolder = FindAppFolder(words);
+    if (words.empty()) {
+        PrintUsage(err);
+        return 2;
+    }
+    const std::string name = words.front();
+    words.erase(words.begin());
+    if (name == "help" || name == "--help" || name == "-h") {
+        PrintUsage(out);
+        return 0;
+    }
+    const Command* command = std::find_if(std::begin(Commands), std::end(Commands),
+                                          [&](const Command& known) { return known.Name == name; });
+    if (command == std::end(Commands)) {
+        throw CUsageError("unknown command " + name);
+    }
+    const std::optional<std::string> appPath = CHostFiles::PathText(appFolder.string());
+    if (!appPath) {
+        throw std::runtime_error("the program can't run from a folder with a backslash in its name");
+    }
+    CHostFiles files(appFolder);
+    CStreamPrompts prompts(err, false);
+    const CSeamScope seams({&prompts, nullptr, &files, nullptr});
+    SetAppFolder(*appPath);
+    fs::current_path(appFolder);
+    LoadSettings();
+    LoadLanguageTable();
+    try {
+        return command->Run({words, startFolder, out, err});
+    } catch (const CUsageError& error) {
+        err << "drovane-cli " << name << ": " << error.what() << "\nusage: drovane-cli " << name << ' '
+            << command->Usage << '\n';
+        return 2;
+    }
+}
+
+}  // namespace
+
+int RunCli(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
+    try {
+        const int code = RunCommand(arguments, out, err);
+        out.flush();
+        if (!out) {
+            err << "drovane-cli: the output can't be written\n";
+            return 1;
+        }
+        return code;
+    } catch (const CUsageError& error) {
+        err << "drovane-cli: " << error.what() << "; see drovane-cli help\n";
+        return 2;
+    } catch (const std::exception& error) {
+        err << "drovane-cli: " << error.what() << '\n';
+        return 1;
+    }
+}

@@ -1,0 +1,56 @@
+// The commands of the command line program. Each gets the words behind its name, and returns the exit
+// code; a wrong call throws CUsageError, a failure std::runtime_error.
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+class CDbRec;
+
+struct CommandContext {
+    std::vector<std::string> Words;
+    std::string StartFolder;  // where the user stood: path arguments are relative to it
+    std::ostream& Out;
+    std::ostream& Err;
+};
+
+struct Command {
+    const char* Name;
+    const char* Usage;
+    const char* Purpose;
+    int (*Run)(const CommandContext&);
+};
+
+// commands_catalogue.cpp
+int RunStandards(const CommandContext& context);
+int RunProjects(const CommandContext& context);
+int RunNew(const CommandContext& context);
+int RunMakeStandard(const CommandContext& context);
+int RunSettings(const CommandContext& context);
+// commands_project.cpp
+int RunImportXml(const CommandContext& context);
+int RunSections(const CommandContext& context);
+int RunRecords(const CommandContext& context);
+int RunDump(const CommandContext& context);
+int RunLoad(const CommandContext& context);
+// commands_edit.cpp
+int RunGpsCalc(const CommandContext& context);
+int RunDeleteSection(const CommandContext& context);
+int RunDeleteRecord(const CommandContext& context);
+int RunEditSection(const CommandContext& context);
+int RunEditRecord(const CommandContext& context);
+// commands_grade.cpp
+int RunGrade(const CommandContext& context);
+
+// Helpers of the commands (commands.cpp).
+
+// An absolute path text from an argument: "/a/b", "a/b", "\a\b" and "D:\a" are all taken.
+std::string PathArgument(const CommandContext& context, const std::string& argument);
+// The same as a path of this machine.
+std::string HostArgument(const CommandContext& context, const std::string& argument);
+// A path of the program's own, as it is shown to the user of a shell.
+std::string ShownPath(const std::string& path);
+std::string ReadInput(const std::string& path, const std::string& shown);
+// Throws if it can't be opened; the message was shown.
+void OpenProject(CDbRec& database, const CommandContext& context, const std::string& argument);

@@ -1,0 +1,172 @@
+// Changes of single sections and records, through the same operations as the windows.
+#include <cmath>
+#include <limits>
+#include <ostream>
+#include <stdexcept>
+
+#include "apps/cli/CArguments.h"
+#include "apps/cli/commands.h"
+#include "shell/numbers.h"
+#include "shell/textcodec.h"
+#include "store/CDbRec.h"
+#include "store/records/fields.h"
+
+namespace {
+
+_TESTING_DATA FindSection(CDbRec& database, std::int32_t id) {
+    CTestingDataArray sections;
+    if (!database.ReadTestings(sections)) {
+        throw std::runtime_error("the sections can't be read");
+    }
+    for (const _TESTING_DATA& section : sections) {
+        if (section.ID == id) {
+            return section;
+        }
+    }
+    throw std::runtime_error("no section with the ID " + FormatInt(id));
+}
+
+_REC_DATA FindRecord(CDbRec& database, std::int32_t id) {
+    CRecDataArray records;
+    if (!database.ReadRecords(-1, records, false)) {
+        throw std::runtime_error("the records can't be read");
+    }
+    for (const _REC_DATA& record : records) {
+        if (record.ID == id) {
+            return record;
+        }
+    }
+    throw std::runtime_error("no record with the ID " + FormatInt(id));
+}
+
+void SetValue(std::string& member, const std::string&, const std::string& text) {
+    member = text;
+}
+
+template <class Integer>
+void SetValue(Integer& member, const std::string& name,
+              const std::string& text) requires std::is_integral_v<Integer> {
+    const std::optional<std::int64_t> value = ParseWholeInt(text);
+    if (!value || *value < std::numeric_limits<Integer>::min() ||
+        *value > std::numeric_limits<Integer>::max()) {
+        throw std::runtime_error(name + ": no usable whole number: " + text);
+    }
+    member = static_cast<Integer>(*value);
+}
+
+template <class Float>
+void SetValue(Float& member, const std::string& name,
+              const std::string& text) requires std::is_floating_point_v<Float> {
+    const std::optional<double> value = ParseWholeDouble(text);
+    if (!value || std::fabs(*value) > static_cast<double>(std::numeric_limits<Float>::max())) {
+        throw std::runtime_error(name + ": no usable number: " + text);
+    }
+    member = static_cast<Float>(*value);
+}
+
+template <class Record>
+bool SetField(Record& record, std::span<const FieldOf<Record>> fields, const std::string& name,
+              const std::string& text) {
+    for (const auto& field : fields) {
+        if (field.Updated && EqualNoCase(name, field.Name)) {
+            std::visit([&](auto member) { SetValue(record.*member, name, text); }, field.Member);
+            return true;
+        }
+    }
+    return false;
+}
+
+// Pictures stand in a list, but are edited by their columns.
+bool SetPictureField(_REC_DATA& record, const std::string& name, const std::string& text) {
+    for (int i = 0; i < 2; ++i) {
+        const bool path = EqualNoCase(name, "Picture" + FormatInt(i + 1));
+        if (!path && !EqualNoCase(name, "PicTimeInVideo" + FormatInt(i + 1))) {
+            continue;
+        }
+        if (record.Pictures.GetSize() <= i) {
+            record.Pictures.SetSize(i + 1);
+        }
+        _PIC_DATA& picture = record.Pictures[i];
+        if (path) {
+            picture.Picture = text;
+        } else {
+            SetValue(picture.PicTimeInVideo, name, text);
+        }
+        return true;
+    }
+    return false;
+}
+
+bool SetAnyField(_TESTING_DATA& section, const std::string& name, const std::string& text) {
+    return SetField(section, TestingFields(), name, text);
+}
+
+bool SetAnyField(_REC_DATA& record, const std::string& name, const std::string& text) {
+    return SetPictureField(record, name, text) || SetField(record, RecordFields(), name, text);
+}
+
+template <class Record>
+void SetFields(Record& record, const CArguments& arguments) {
+    for (std::size_t i = 1; i < arguments.Places().size(); ++i) {
+        const std::string& word = arguments.Places()[i];
+        const std::size_t equals = word.find('=');
+        if (equals == std::string::npos) {
+            throw CUsageError("FIELD=VALUE is needed instead of " + word);
+        }
+        const std::string name = word.substr(0, equals);
+        if (!SetAnyField(record, name, word.substr(equals + 1))) {
+            throw std::runtime_error(name + " isn't a field that can be changed");
+        }
+    }
+}
+
+}  // namespace
+
+int RunGpsCalc(const CommandContext& context) {
+    const CArguments arguments(context.Words, {"--section"}, {});
+    arguments.ExpectPlaces(1, 1);
+    const std::int32_t id = arguments.RequireId("--section");
+    CDbRec database;
+    OpenProject(database, context, arguments.Places()[0]);
+    return database.RecalcRecordGps(id) ? 0 : 1;
+}
+
+int RunDeleteSection(const CommandContext& context) {
+    const CArguments arguments(context.Words, {"--section"}, {});
+    arguments.ExpectPlaces(1, 1);
+    const std::int32_t id = arguments.RequireId("--section");
+    CDbRec database;
+    OpenProject(database, context, arguments.Places()[0]);
+    return database.DeleteTesting(FindSection(database, id)) ? 0 : 1;
+}
+
+int RunDeleteRecord(const CommandContext& context) {
+    const CArguments arguments(context.Words, {"--record"}, {});
+    arguments.ExpectPlaces(1, 1);
+    const std::int32_t id = arguments.RequireId("--record");
+    CDbRec database;
+    OpenProject(database, context, arguments.Places()[0]);
+    return database.DeleteRecord(FindRecord(database, id).ID) ? 0 : 1;
+}
+
+int RunEditSection(const CommandContext& context) {
+    const CArguments arguments(context.Words, {"--section"}, {});
+    arguments.ExpectPlaces(2, std::string::npos);
+    const std::int32_t id = arguments.RequireId("--section");
+    CDbRec database;
+    OpenProject(database, context, arguments.Places()[0]);
+    _TESTING_DATA section = FindSection(database, id);
+    SetFields(section, arguments);
+    return database.UpdateTesting(section) ? 0 : 1;
+}
+
+int RunEditRecord(const CommandContext& context) {
+    const CArguments arguments(context.Words, {"--record"}, {});
+    arguments.ExpectPlaces(2, std::string::npos);
+    const std::int32_t id = arguments.RequireId("--record");
+    CDbRec database;
+    OpenProject(database, context, arguments.Places()[0]);
+    _REC_DATA record = FindRecord(database, id);
+    SetFields(record, arguments);
+    return database.UpdateRecord(record) ? 0 : 1;
+}

@@ -1,0 +1,169 @@
+// The condition of a project's sections under its standard.
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <ostream>
+#include <set>
+#include <stdexcept>
+
+#include "apps/cli/CArguments.h"
+#include "apps/cli/CTextTable.h"
+#include "apps/cli/commands.h"
+#include "assessment/sectiongrades.h"
+#include "shell/CHostFiles.h"
+#include "shell/CPrompts.h"
+#include "shell/numbers.h"
+#include "shell/seams.h"
+#include "store/CDbRec.h"
+#include "store/recordjson.h"
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+std::set<std::int32_t> ParseIdList(const std::string& text) {
+    std::set<std::int32_t> ids;
+    for (std::size_t at = 0; at <= text.size();) {
+        const std::size_t end = std::min(text.find(',', at), text.size());
+        ids.insert(ParseId(std::string_view(text).substr(at, end - at)));
+        at = end + 1;
+    }
+    return ids;
+}
+
+std::vector<SectionRecords> ReadSections(CDbRec& database, const CArguments& arguments) {
+    std::set<std::int32_t> wanted;
+    if (const auto list = arguments.Get("--sections")) {
+        wanted = ParseIdList(*list);
+    }
+    const bool all = wanted.empty();
+    CTestingDataArray sections;
+    if (!database.ReadTestings(sections)) {
+        throw std::runtime_error("the sections can't be read");
+    }
+    const CHostFiles::CLookOnce look(HostFiles());
+    std::vector<SectionRecords> chosen;
+    for (const _TESTING_DATA& section : sections) {
+        if (!all && wanted.erase(section.ID) == 0) {
+            continue;
+        }
+        SectionRecords& entry = chosen.emplace_back();
+        entry.Section = section;
+        if (!database.ReadRecords(section.ID, entry.Records, true)) {
+            throw std::runtime_error("the records can't be read");
+        }
+    }
+    if (!wanted.empty()) {
+        throw std::runtime_error("no section with the ID " + FormatInt(*wanted.begin()));
+    }
+    return chosen;
+}
+
+float ChooseParameter(const CommandContext& context, const CArguments& arguments, const char* option,
+                      std::span<const ParameterRow> rows) {
+    const float value = arguments.GetNumber(option).value_or(rows.front().Value);
+    const auto known = [&](const ParameterRow& row) { return row.Value == value; };
+    if (std::none_of(rows.begin(), rows.end(), known)) {
+        context.Err << "warning: " << option << ' ' << FormatNumber(static_cast<double>(value), 3)
+                    << " isn't a value of this standard\n";
+    }
+    return value;
+}
+
+Json GradeToJson(const SectionGrade& grade) {
+    Json json = {{"ID", grade.Section.ID},
+                 {"TestingName", grade.Section.TestingName},
+                 {"StartWell", grade.Section.StartWell},
+                 {"EndWell", grade.Section.EndWell}};
+    for (const EvaluationField& field : EvaluationFields()) {
+        std::visit(
+            [&](auto member) {
+                const auto& value = grade.Result.*member;
+                if constexpr (std::is_same_v<std::decay_t<decltype(value)>, float>) {
+                    json[field.Name] = NumberToJson(static_cast<double>(value));
+                } else {
+                    json[field.Name] = value;
+                }
+            },
+            field.Member);
+    }
+    return json;
+}
+
+std::string Number(float value) {
+    return FormatNumber(static_cast<double>(value), 2);
+}
+
+// A class without scored defects shows "-", as in the reports.
+void AddRating(std::vector<std::string>& row, bool scored, std::initializer_list<std::string> cells) {
+    for (const std::string& cell : cells) {
+        row.push_back(scored ? cell : "-");
+    }
+}
+
+void PrintTable(std::ostream& out, const std::vector<SectionGrade>& grades, bool density) {
+    std::vector<std::string> headings{"ID", "Section", "Manholes", "L (m)", "D (mm)"};
+    if (density) {
+        headings.insert(headings.end(), {"S", "F", "RI", "Grade", "Y", "G", "MI", "Grade"});
+    } else {
+        headings.insert(headings.end(), {"S", "Smax", "F", "Level", "RI", "Grade"});
+        headings.insert(headings.end(), {"Y", "Ymax", "G", "Level", "MI", "Grade"});
+    }
+    CTextTable table(headings);
+    for (const SectionGrade& grade : grades) {
+        const _EVALUATE_DATA& r = grade.Result;
+        std::vector<std::string> row{FormatInt(grade.Section.ID), grade.Section.TestingName,
+                                     grade.Section.Label(), Number(grade.Length), Number(grade.Diameter)};
+        if (density) {
+            AddRating(row, r.countJG > 0,
+                      {Number(r.avgJG), Number(r.conditionJG), Number(r.riJG), r.riLevelJG});
+            AddRating(row, r.countGN > 0,
+                      {Number(r.avgGN), Number(r.conditionGN), Number(r.riGN), r.riLevelGN});
+        } else {
+            AddRating(row, r.countJG > 0,
+                      {Number(r.avgJG), Number(r.maxJG), Number(r.conditionJG), r.levelJG, Number(r.riJG),
+                       r.riLevelJG});
+            AddRating(row, r.countGN > 0,
+                      {Number(r.avgGN), Number(r.maxGN), Number(r.conditionGN), r.levelGN, Number(r.riGN),
+                       r.riLevelGN});
+        }
+        table.Add(std::move(row));
+    }
+    table.Print(out);
+}
+
+}  // namespace
+
+int RunGrade(const CommandContext& context) {
+    const CArguments arguments(context.Words, {"--k", "--t", "--sections"}, {"--json"});
+    arguments.ExpectPlaces(1, 1);
+    CDbRec database;
+    OpenProject(database, context, arguments.Places()[0]);
+    _PRO_DATA project;
+    if (!database.ReadAttrib(project)) {
+        throw std::runtime_error("the project can't be read");
+    }
+    const ScoringRoute route = FindScoringRoute(project.CriterionName);
+    if (!HasEvaluator(route)) {
+        ShowMessage(2153, project.CriterionName);
+        return 1;
+    }
+    const float k = ChooseParameter(context, arguments, "--k", ParametersK(route));
+    const float t = ChooseParameter(context, arguments, "--t", ParametersT(route));
+    const std::vector<SectionGrade> grades = GradeSections(route, ReadSections(database, arguments), k, t);
+    if (arguments.Has("--json")) {
+        Json sections = Json::array();
+        for (const SectionGrade& grade : grades) {
+            sections.push_back(GradeToJson(grade));
+        }
+        context.Out << JsonText({{"standard", project.CriterionName},
+                                 {"k", NumberToJson(static_cast<double>(k))},
+                                 {"t", NumberToJson(static_cast<double>(t))},
+                                 {"sections", sections}})
+                    << '\n';
+        return 0;
+    }
+    context.Out << project.ProjectName << "    " << project.CriterionName << "    K = " << Number(k)
+                << ", T = " << Number(t) << "\n\n";
+    PrintTable(context.Out, grades, IsDensityScoring(route));
+    return 0;
+}

@@ -1,0 +1,128 @@
+// What goes into a project and what comes out of it.
+#include <nlohmann/json.hpp>
+#include <ostream>
+#include <stdexcept>
+
+#include "apps/cli/CArguments.h"
+#include "apps/cli/CTextTable.h"
+#include "apps/cli/commands.h"
+#include "fieldimport/acquisitionimport.h"
+#include "shell/numbers.h"
+#include "store/CDbRec.h"
+#include "store/projectdocument.h"
+#include "store/recordjson.h"
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr const char* ReadFailure = "the project can't be read";
+
+}  // namespace
+
+int RunImportXml(const CommandContext& context) {
+    const CArguments arguments(context.Words, {}, {});
+    arguments.ExpectPlaces(2, std::string::npos);
+    CDbRec database;
+    OpenProject(database, context, arguments.Places()[0]);
+    const auto sink = [&](const std::string& line) { context.Err << line << '\n'; };
+    int refused = 0;
+    for (std::size_t i = 1; i < arguments.Places().size(); ++i) {
+        const std::string& file = arguments.Places()[i];
+        if (!ImportAcquisition(database, PathArgument(context, file), sink)) {
+            context.Err << file << ": refused\n";
+            ++refused;
+        }
+    }
+    return refused == 0 ? 0 : 1;
+}
+
+int RunSections(const CommandContext& context) {
+    const CArguments arguments(context.Words, {}, {"--json"});
+    arguments.ExpectPlaces(1, 1);
+    CDbRec database;
+    OpenProject(database, context, arguments.Places()[0]);
+    CTestingDataArray sections;
+    if (!database.ReadTestings(sections)) {
+        throw std::runtime_error(ReadFailure);
+    }
+    if (arguments.Has("--json")) {
+        Json json = Json::array();
+        for (const _TESTING_DATA& section : sections) {
+            json.push_back(SectionToJson(section));
+        }
+        context.Out << JsonText(json) << '\n';
+        return 0;
+    }
+    CTextTable table({"ID", "Section", "Manholes", "Diameter", "Length", "Material", "Records", "Date"});
+    for (const _TESTING_DATA& section : sections) {
+        table.Add({FormatInt(section.ID), section.TestingName, section.Label(), section.PipeDiameter,
+                   section.PipeLength, section.PipeMaterial, FormatInt(database.CountRecords(section.ID)),
+                   section.TestingDate});
+    }
+    table.Print(context.Out);
+    return 0;
+}
+
+int RunRecords(const CommandContext& context) {
+    const CArguments arguments(context.Words, {"--section"}, {"--json"});
+    arguments.ExpectPlaces(1, 1);
+    const std::int32_t section = arguments.Has("--section") ? arguments.RequireId("--section") : -1;
+    CDbRec database;
+    OpenProject(database, context, arguments.Places()[0]);
+    CRecDataArray records;
+    if (!database.ReadRecords(section, records, true)) {
+        throw std::runtime_error(ReadFailure);
+    }
+    if (arguments.Has("--json")) {
+        Json json = Json::array();
+        for (const _REC_DATA& record : records) {
+            json.push_back(RecordToJson(record));
+        }
+        context.Out << JsonText(json) << '\n';
+        return 0;
+    }
+    CTextTable table({"ID", "Section", "Code", "Grade", "Score", "From", "To", "Clock", "Comment"});
+    for (const _REC_DATA& record : records) {
+        table.Add({FormatInt(record.ID), FormatInt(record.TestingID), record.DefectCode,
+                   FormatInt(record.DefectLevel), FormatNumber(static_cast<double>(record.Evaluate), 3),
+                   FormatNumber(static_cast<double>(record.DistanceStart), 3),
+                   FormatNumber(static_cast<double>(record.DistanceEnd), 3),
+                   FormatInt(record.DirectionStart) + "/" + FormatInt(record.DirectionEnd), record.Comment});
+    }
+    table.Print(context.Out);
+    return 0;
+}
+
+int RunDump(const CommandContext& context) {
+    const CArguments arguments(context.Words, {}, {"--json"});
+    arguments.ExpectPlaces(1, 1);
+    CDbRec database;
+    OpenProject(database, context, arguments.Places()[0]);
+    std::string json;
+    if (!DumpProject(database, json)) {
+        throw std::runtime_error(ReadFailure);
+    }
+    context.Out << json << '\n';
+    return 0;
+}
+
+int RunLoad(const CommandContext& context) {
+    const CArguments arguments(context.Words, {}, {});
+    arguments.ExpectPlaces(2, 2);
+    const std::string& file = arguments.Places()[1];
+    const std::string json = ReadInput(PathArgument(context, file), file);
+    CDbRec database;
+    OpenProject(database, context, arguments.Places()[0]);
+    LoadResult result;
+    try {
+        result = LoadProject(database, json);
+    } catch (const std::runtime_error& error) {
+        throw std::runtime_error(file + ": " + error.what());
+    }
+    for (const std::string& place : result.Refused) {
+        context.Err << file << ": " << place << ": refused\n";
+    }
+    context.Out << result.SectionsAdded << " sections, " << result.RecordsAdded << " records\n";
+    return result.Done && result.Refused.empty() ? 0 : 1;
+}

@@ -1,0 +1,245 @@
+// The command line, run in this process against real files.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "apps/cli/cli.h"
+#include "tests/support/CTestFolder.h"
+
+namespace {
+
+using Json = nlohmann::json;
+
+constexpr const char* National = "CJJ 181-2012 城镇排水管道检测与评估技术规程";
+constexpr const char* Shanghai = "DB31/T 444-2009 排水管道电视和声纳检测评估技术规程";
+
+class Cli : public testing::Test {
+protected:
+    int Run(std::vector<std::string> words) {
+        words.insert(words.begin(), {"--app-folder", m_folder.Host("").string()});
+        m_out.str("");
+        m_err.str("");
+        return RunCli(words, m_out, m_err);
+    }
+    std::string Out() const { return m_out.str(); }
+    std::string Err() const { return m_err.str(); }
+    Json OutJson() const { return Json::parse(m_out.str()); }
+
+    std::string NewProject(const std::string& standard = National) {
+        EXPECT_EQ(Run({"new", "工程 'A'", "--standard", standard, "--comment", "备注"}), 0) << Err();
+        std::string path = Out();
+        path.pop_back();
+        return path;
+    }
+    std::string Load(const std::string& project, const Json& document) {
+        m_folder.WriteFile("in.json", document.dump());
+        EXPECT_EQ(Run({"load", project, m_folder.Host("in.json").string()}), 0) << Err();
+        return project;
+    }
+
+    CTestFolder m_folder;
+
+private:
+    std::ostringstream m_out;
+    std::ostringstream m_err;
+};
+
+Json Defect(const char* code, int level, double start, double end) {
+    return {{"DefectCode", code}, {"DefectLevel", level}, {"DistanceStart", start}, {"DistanceEnd", end}};
+}
+
+Json Section(const char* from, const char* to, Json records) {
+    return {{"TestingName", "一号 管"},     {"StartWell", from},     {"EndWell", to},
+            {"PipeLength", "50"},           {"PipeDiameter", "800"}, {"DistanceEnd", 50.0},
+            {"records", std::move(records)}};
+}
+
+TEST_F(Cli, WrongCallsAreTwoFailuresAreOne) {
+    EXPECT_EQ(Run({}), 2);
+    EXPECT_EQ(Run({"nonsense"}), 2);
+    EXPECT_EQ(Run({"new", "a"}), 2);
+    EXPECT_EQ(Run({"grade"}), 2);
+    EXPECT_EQ(Run({"gps-calc", "p", "--section", "x"}), 2);
+    EXPECT_EQ(Run({"projects", "--jason"}), 2);
+    EXPECT_EQ(Run({"help"}), 0);
+    EXPECT_EQ(Run({"new", "a", "--standard", "no such"}), 1);
+    EXPECT_NE(Err().find(National), std::string::npos) << "what there is should be told";
+    EXPECT_EQ(Run({"new", "", "--standard", National}), 1);
+    EXPECT_EQ(Run({"sections", m_folder.Host("db/none.mdb").string()}), 1);
+    EXPECT_EQ(Run({"load", NewProject(), "/no/such.json"}), 1);
+}
+
+TEST_F(Cli, StandardsAndProjectsTellTheirOwnPaths) {
+    ASSERT_EQ(Run({"standards", "--json"}), 0);
+    ASSERT_EQ(OutJson().size(), 4U);
+    for (const Json& standard : OutJson()) {
+        EXPECT_TRUE(std::filesystem::exists(standard["Path"].get<std::string>()));
+    }
+    // In front of the project by name; its row is missing, and the paths behind it must not shift.
+    m_folder.WriteFile("db/0000.mdb", "no database");
+    const std::string project = NewProject();
+    ASSERT_EQ(Run({"projects", "--json"}), 0);
+    ASSERT_EQ(OutJson().size(), 1U);
+    EXPECT_EQ(OutJson()[0]["ProjectPath"], project);
+    EXPECT_EQ(OutJson()[0]["ProjectName"], "工程 'A'");
+    EXPECT_NE(Err().find("0000.mdb"), std::string::npos);
+}
+
+TEST_F(Cli, TablesAlignChineseText) {
+    const std::string project =
+        Load(NewProject(), {{"sections",
+                             {Section("W1", "W2", Json::array({Defect("PL", 2, 1, 1)})),
+                              Section("井三", "W4", Json::array())}}});
+    ASSERT_EQ(Run({"sections", project}), 0);
+    std::istringstream lines(Out());
+    std::vector<std::size_t> widths;
+    for (std::string line; std::getline(lines, line);) {
+        const std::size_t at = line.find("800");
+        if (at != std::string::npos) {
+            // Columns of the terminal: a Chinese character has three bytes and takes two.
+            const std::string before = line.substr(0, at);
+            const auto wide = std::count_if(before.begin(), before.end(), [](char c) {
+                return (static_cast<unsigned char>(c) & 0xF0) == 0xE0;
+            });
+            widths.push_back(before.size() - static_cast<std::size_t>(wide));
+        }
+    }
+    ASSERT_EQ(widths.size(), 2U);
+    EXPECT_EQ(widths[0], widths[1]);
+}
+
+TEST_F(Cli, GradesByTheProjectsStandard) {
+    // Worked by hand: 5.0 and 5.5 to 6.0 merge to a score of 7, 7.2 stands near; 1.1 x 8 / 2 = 4.4.
+    const Json records = Json::array({Defect("PL", 3, 5, 5), Defect("BX", 2, 5.5, 6),
+                                      Defect("BX", 1, 7.2, 7.2), Defect("JCJ_PS", 1, 9, 9)});
+    const Json document = {{"sections", {Section("W1", "W2", records), Section("W2", "W3", Json::array())}}};
+    std::string project = Load(NewProject(), document);
+    ASSERT_EQ(Run({"grade", project, "--k", "6", "--t", "0", "--json"}), 0) << Err();
+    Json grade = OutJson();
+    EXPECT_EQ(grade["standard"], National);
+    EXPECT_EQ(grade["k"], 6);
+    ASSERT_EQ(grade["sections"].size(), 2U);
+    Json first = grade["sections"][0];
+    EXPECT_EQ(first["StartWell"], "W1");
+    EXPECT_EQ(first["countJG"], 3);
+    EXPECT_EQ(first["mergedJG"], 2);
+    EXPECT_EQ(first["maxJG"].get<float>(), 7.0F);
+    EXPECT_EQ(first["avgJG"].get<float>(), 1.1F * 8.0F / 2.0F);
+    EXPECT_NEAR(first["riJG"].get<double>(), 5.65, 1e-5);
+    EXPECT_EQ(first["countGN"], 0);
+    EXPECT_FALSE(first["EvaluatethisJG"].get<std::string>().empty());
+
+    const int second = grade["sections"][1]["ID"].get<int>();
+    ASSERT_EQ(Run({"grade", project, "--sections", std::to_string(second), "--json"}), 0);
+    EXPECT_EQ(OutJson()["sections"].size(), 1U);
+    EXPECT_EQ(OutJson()["k"], 10) << "the first of the standard's list";
+    EXPECT_EQ(Run({"grade", project, "--sections", "77"}), 1);
+    EXPECT_EQ(Run({"grade", project, "--sections", "1,,2"}), 2);
+
+    // Density scoring takes sections between the same manholes together, without regard to case.
+    project = Load(NewProject(Shanghai), {{"sections",
+                                           {Section("a1", "b", Json::array({Defect("PL", 4, 1, 1)})),
+                                            Section("A1", "B", Json::array({Defect("PL", 4, 9, 9)}))}}});
+    ASSERT_EQ(Run({"grade", project, "--json"}), 0) << Err();
+    ASSERT_EQ(OutJson()["sections"].size(), 1U);
+    EXPECT_EQ(OutJson()["sections"][0]["countJG"], 2);
+
+    // A standard that nothing scores.
+    m_folder.WriteFile("own.json", R"({"criterionName": "自定规程", "defects": []})");
+    ASSERT_EQ(Run({"make-standard", m_folder.Host("own.json").string(), "-o",
+                   m_folder.Host("db/Criterion/own.mdb").string()}),
+              0);
+    EXPECT_EQ(Run({"grade", NewProject("自定规程")}), 1);
+    EXPECT_NE(Err().find("自定规程"), std::string::npos);
+}
+
+TEST_F(Cli, EditsWhatAnUpdateWritesAndNothingElse) {
+    const std::string project =
+        Load(NewProject(), {{"sections", {Section("W1", "W2", Json::array({Defect("PL", 2, 10, 12)}))}}});
+    ASSERT_EQ(Run({"edit-section", project, "--section", "1", "PipeLength=61.5", "GpsXStart=113.25",
+                   "GpsYStart=23", "GpsXEnd=113.26", "GpsYEnd=23", "Comment=it's = fine"}),
+              0)
+        << Err();
+    ASSERT_EQ(Run({"edit-record", project, "--record", "1", "DefectLevel=3", "Picture1=D:\\Video/P1.JPG",
+                   "Picture2=D:\\Video/P2.JPG", "PicTimeInVideo2=7.5"}),
+              0)
+        << Err();
+    for (const char* refused :
+         {"ID=5", "TestingOrder=9", "CreateTime=x", "Nothing=1", "GpsXEnd=east", "GpsXEnd="}) {
+        EXPECT_EQ(Run({"edit-section", project, "--section", "1", refused}), 1) << refused;
+    }
+    for (const char* refused : {"Video=x", "TestingID=2", "DefectLevel=256", "Evaluate=1", "DefectType=GN"}) {
+        EXPECT_EQ(Run({"edit-record", project, "--record", "1", refused}), 1) << refused;
+    }
+    EXPECT_EQ(Run({"edit-record", project, "--record", "1", "Comment"}), 2);
+    EXPECT_EQ(Run({"edit-record", project, "--record", "9", "Comment=x"}), 1);
+
+    ASSERT_EQ(Run({"gps-calc", project, "--section", "1"}), 0);
+    ASSERT_EQ(Run({"records", project, "--section", "1", "--json"}), 0);
+    ASSERT_EQ(OutJson().size(), 1U);
+    const Json record = OutJson()[0];
+    EXPECT_EQ(record["DefectLevel"], 3);
+    EXPECT_EQ(record["Evaluate"], 5);
+    EXPECT_EQ(record["DefectType"], "JG");
+    EXPECT_EQ(record["Picture1"], "d:\\video\\p1.jpg");
+    EXPECT_EQ(record["PicTimeInVideo2"], 7.5);
+    EXPECT_GT(record["GpsX"].get<double>(), 113.25);
+    ASSERT_EQ(Run({"sections", project, "--json"}), 0);
+    EXPECT_EQ(OutJson()[0]["PipeLength"], "61.5");
+    EXPECT_EQ(OutJson()[0]["Comment"], "it's = fine");
+
+    EXPECT_EQ(Run({"gps-calc", project, "--section", "2"}), 1);
+    EXPECT_EQ(Run({"delete-record", project, "--record", "1"}), 0);
+    EXPECT_EQ(Run({"delete-record", project, "--record", "1"}), 1);
+    EXPECT_EQ(Run({"delete-section", project, "--section", "1"}), 0);
+    ASSERT_EQ(Run({"dump", project}), 0);
+    EXPECT_TRUE(OutJson()["sections"].empty());
+}
+
+TEST_F(Cli, ImportsInOrderAndGoesOnBehindARefusedFile) {
+    const std::string project = NewProject();
+    const auto description = [](const std::string& well, const std::string& item) {
+        std::string xml = "<cfg><mdata name='n' gentime='2026-03-14 09:00:00'><videofilename value='v.avi'/>";
+        for (int i = 1; i <= 11; ++i) {
+            xml += "<osd" + std::to_string(i) + " value='" + (i == 5 ? well : "x") + "'/>";
+        }
+        return xml + item + "</mdata></cfg>";
+    };
+    m_folder.WriteFile("现场 1/a.xml", description("W1", ""));
+    m_folder.WriteFile("现场 1/bad.xml", description("W2", "<item index='1'/>"));
+    m_folder.WriteFile("现场 1/c.xml", description("W3", ""));
+    // Relative to where the user stands, not to the program.
+    std::filesystem::current_path(m_folder.Host("现场 1"));
+    EXPECT_EQ(Run({"import-xml", project, "a.xml", "bad.xml", "none.xml", "./c.xml"}), 1);
+    EXPECT_NE(Err().find("bad.xml: refused"), std::string::npos);
+    EXPECT_NE(Err().find("no attribute: name"), std::string::npos);
+    ASSERT_EQ(Run({"sections", project, "--json"}), 0);
+    ASSERT_EQ(OutJson().size(), 2U);
+    EXPECT_EQ(OutJson()[1]["StartWell"], "W3");
+}
+
+TEST_F(Cli, ShowsAndWritesSettings) {
+    std::filesystem::create_directories(m_folder.Host("盘/Works"));
+    const std::string drive = m_folder.Host("盘").string();
+    ASSERT_EQ(Run({"settings", "--language", "english", "--work-folder", drive, "--gps-port", "4",
+                   "--gps-baud", "9600", "--drive", "D=" + drive}),
+              0)
+        << Err();
+    ASSERT_EQ(Run({"settings", "--json"}), 0);
+    EXPECT_EQ(OutJson()["language"], "English");
+    EXPECT_EQ(OutJson()["workFolder"], m_folder.Path("盘") + "\\");
+    EXPECT_EQ(OutJson()["gpsPort"], 4);
+    EXPECT_EQ(OutJson()["gpsBaud"], 9600);
+    EXPECT_EQ(OutJson()["drives"]["d"], drive);
+    EXPECT_EQ(HostFiles().HostPath("D:\\works\\a.avi"), m_folder.Host("drives/d/Works/a.avi").string());
+
+    EXPECT_EQ(Run({"settings", "--language", "Klingon"}), 1);
+    EXPECT_EQ(Run({"settings", "--gps-port", "-1"}), 2);
+    EXPECT_EQ(Run({"settings", "--drive", "D"}), 2);
+    EXPECT_EQ(Run({"settings", "--drive", "e=/no/such"}), 1);
+}
+
+}  // namespace

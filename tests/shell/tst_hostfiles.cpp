@@ -1,0 +1,211 @@
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <chrono>
+#include <csignal>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "shell/CHostFiles.h"
+#include "shell/seams.h"
+#include "shell/textcodec.h"
+#include "tests/shell/processes.h"
+#include "tests/support/CTestFolder.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using std::chrono::seconds;
+
+class HostFile : public testing::Test {
+protected:
+    std::string Resolved(const std::string& path) { return HostFiles().HostPath(path); }
+    int Count(const std::string& folder) {
+        return static_cast<int>(std::distance(fs::directory_iterator(m_folder.Host(folder)), {}));
+    }
+    // As if the folder had last changed a while ago, so that its listing is worth keeping.
+    void Age(const std::string& folder) {
+        fs::last_write_time(m_folder.Host(folder), fs::file_time_type::clock::now() - seconds(100));
+    }
+    CTestFolder m_folder;
+    CHostFiles& m_files = HostFiles();
+};
+
+TEST_F(HostFile, NamesMatchWithoutCase) {
+    const std::string path = m_folder.WriteFile("Job/管段Ａ Ä/P1.JPG", "x");
+    EXPECT_EQ(Resolved(LowerCase(path)), m_folder.Host("Job/管段Ａ Ä/P1.JPG"));
+    EXPECT_EQ(m_files.ReadFile(LowerCase(path), 10), "x");
+    // Exact first, then the first by name.
+    m_folder.WriteFile("Job/a.txt", "lower");
+    m_folder.WriteFile("Job/A.txt", "upper");
+    EXPECT_EQ(m_files.ReadFile(m_folder.Path("job/a.txt"), 10), "lower");
+    EXPECT_EQ(m_files.ReadFile(m_folder.Path("job/A.TXT"), 10), "upper");
+    EXPECT_EQ(m_files.ReadFile(m_folder.Path("job/a.TXT"), 10), "upper");
+    EXPECT_EQ(Resolved(m_folder.Path("Job") + "\\\\/a.txt"), m_folder.Host("Job/a.txt"));
+    // What doesn't exist lies in the folder that does.
+    EXPECT_EQ(Resolved(m_folder.Path("JOB/New/x.txt")), m_folder.Host("Job/New/x.txt"));
+    EXPECT_FALSE(m_files.Exists(m_folder.Path("JOB/New/x.txt")));
+}
+
+TEST_F(HostFile, NoSecondTwinIsMade) {
+    fs::create_directories(m_folder.Host("Job/Sub"));
+    EXPECT_TRUE(m_files.WriteFile(m_folder.Path("job/sub/A.txt"), "1"));
+    EXPECT_TRUE(m_files.WriteFile(m_folder.Path("JOB/SUB/a.TXT"), "2"));
+    EXPECT_TRUE(m_files.MakeFolder(m_folder.Path("jOB/sUB/Deep")));
+    EXPECT_TRUE(m_files.CopyFile(m_folder.Path("job/sub/a.txt"), m_folder.Path("job/SUB/deep/B.txt"),
+                                 CHostFiles::Existing::Replace));
+    EXPECT_TRUE(m_files.MirrorFile(m_folder.Path("job/sub/a.txt"), m_folder.Path("JOB/sub/DEEP/b.TXT")));
+    EXPECT_EQ(m_folder.ReadFile("Job/Sub/A.txt"), "2");
+    EXPECT_EQ(m_folder.ReadFile("Job/Sub/Deep/B.txt"), "2");
+    EXPECT_EQ(Count("Job"), 1);
+    EXPECT_EQ(Count("Job/Sub"), 2);
+    EXPECT_EQ(Count("Job/Sub/Deep"), 1);
+}
+
+TEST_F(HostFile, DrivesAndServersLieInTheProgramFolder) {
+    EXPECT_EQ(Resolved("D:\\Works\\a.avi"), m_folder.Host("drives/d/Works/a.avi"));
+    EXPECT_EQ(Resolved("d:/Works//a.avi"), m_folder.Host("drives/d/Works/a.avi"));
+    EXPECT_EQ(Resolved("\\\\srv\\share\\a.avi"), m_folder.Host("drives/unc/srv/share/a.avi"));
+
+    m_folder.WriteFile("elsewhere/Video/V.avi", "x");
+    fs::create_directories(m_folder.Host("drives"));
+    fs::create_directory_symlink(m_folder.Host("elsewhere"), m_folder.Host("drives/f"));
+    EXPECT_EQ(m_files.ReadFile("F:\\video\\v.AVI", 10), "x");
+    EXPECT_TRUE(m_files.WriteFile("f:\\video\\new.avi", "y"));
+    // A drive comes into being when it is first written to.
+    EXPECT_TRUE(m_files.WriteFile("E:\\a.txt", "z"));
+    EXPECT_TRUE(m_files.CopyFile("e:\\A.TXT", "G:\\b.txt", CHostFiles::Existing::Keep));
+    EXPECT_EQ(m_folder.ReadFile("drives/g/b.txt"), "z");
+    EXPECT_FALSE(m_files.WriteFile("E:\\no folder\\a.txt", "z"));
+}
+
+TEST_F(HostFile, ChangesByOthersAreSeen) {
+    m_folder.WriteFile("Job/One.txt", "1");
+    const std::string two = m_folder.Path("job/TWO.txt");
+    Age("Job");
+    EXPECT_FALSE(m_files.Exists(two));
+    m_folder.WriteFile("Job/Two.txt", "2");
+    EXPECT_TRUE(m_files.Exists(two));
+    Age("Job");
+    EXPECT_EQ(m_files.ReadFile(m_folder.Path("JOB/ONE.TXT"), 10), "1");
+    fs::rename(m_folder.Host("Job"), m_folder.Host("jOB"));
+    EXPECT_EQ(m_files.ReadFile(m_folder.Path("JOB/ONE.TXT"), 10), "1");
+}
+
+TEST_F(HostFile, NamesWithABackslashAreNoPathTexts) {
+    EXPECT_EQ(CHostFiles::PathText("/home/ann/a.avi"), "\\home\\ann\\a.avi");
+    EXPECT_EQ(CHostFiles::PathText("/home/a\\b.avi"), std::nullopt);
+    // Such a name would stand for another file.
+    for (const char* name : {"l/b.mdb", "l/A.MDB", "l/c.mdb.bak", "l/x/y.mdb", "l/folder.mdb/z", "l/é.Mdb"}) {
+        m_folder.WriteFile(name, "");
+    }
+    std::ofstream(m_folder.Host("l/x\\y.mdb")) << "z";
+    EXPECT_EQ(m_files.ListFiles(m_folder.Path("L"), ".mdb"),
+              (std::vector<std::string>{"A.MDB", "b.mdb", "é.Mdb"}));
+}
+
+TEST_F(HostFile, FilesAreReplacedWhole) {
+    m_folder.WriteFile("real/a.txt", "old");
+    fs::permissions(m_folder.Host("real/a.txt"), fs::perms{0640});
+    fs::create_directory(m_folder.Host("links"));
+    fs::create_symlink("../real/a.txt", m_folder.Host("links/a.txt"));
+    EXPECT_TRUE(m_files.WriteFile(m_folder.Path("LINKS/a.txt"), "new"));
+    EXPECT_TRUE(fs::is_symlink(m_folder.Host("links/a.txt")));
+    EXPECT_EQ(m_folder.ReadFile("real/a.txt"), "new");
+    EXPECT_EQ(fs::status(m_folder.Host("real/a.txt")).permissions(), fs::perms{0640});
+
+    rlimit former{};
+    getrlimit(RLIMIT_FSIZE, &former);
+    rlimit full = former;
+    full.rlim_cur = 1000;
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    m_folder.WriteFile("big.bin", std::string(5000, 'b'));
+    setrlimit(RLIMIT_FSIZE, &full);
+    EXPECT_FALSE(m_files.WriteFile(m_folder.Path("real/a.txt"), std::string(2000, 'x')));
+    EXPECT_FALSE(m_files.CopyFile(m_folder.Path("big.bin"), m_folder.Path("real/a.txt"),
+                                  CHostFiles::Existing::Replace));
+    EXPECT_FALSE(m_files.MirrorFile(m_folder.Path("big.bin"), m_folder.Path("real/a.txt")));
+    setrlimit(RLIMIT_FSIZE, &former);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_EQ(m_folder.ReadFile("real/a.txt"), "new");
+    EXPECT_EQ(Count("real"), 1);
+    fs::permissions(m_folder.Host("real/a.txt"), fs::perms{0444});
+    fs::permissions(m_folder.Host("real"), fs::perms{0777});
+    fs::permissions(m_folder.Host(""), fs::perms{0755});
+    EXPECT_TRUE(AsOrdinaryUser([&] { return !m_files.WriteFile(m_folder.Path("real/a.txt"), "x"); }));
+    EXPECT_EQ(m_folder.ReadFile("real/a.txt"), "new");
+}
+
+TEST_F(HostFile, PipesAndFoldersAreNoFiles) {
+    const std::string pipe = m_folder.Path("pipe");
+    ASSERT_EQ(mkfifo(m_folder.Host("pipe").c_str(), 0644), 0);
+    for (const std::string& path : {pipe, m_folder.Path("db")}) {
+        EXPECT_EQ(m_files.ReadFile(path, 10), std::nullopt);
+        EXPECT_FALSE(m_files.WriteFile(path, "x"));
+        EXPECT_FALSE(m_files.CopyFile(path, m_folder.Path("copy"), CHostFiles::Existing::Replace));
+        EXPECT_FALSE(m_files.MirrorFile(path, m_folder.Path("copy")));
+        EXPECT_FALSE(m_files.CopyFile(m_folder.WriteFile("x", "x"), path, CHostFiles::Existing::Replace));
+        EXPECT_FALSE(m_files.MirrorFile(m_folder.Path("x"), path));
+    }
+    EXPECT_FALSE(fs::exists(m_folder.Host("copy")));
+    EXPECT_TRUE(fs::is_fifo(m_folder.Host("pipe")));
+    EXPECT_EQ(m_files.ReadFile(m_folder.WriteFile("y", "12345"), 5), "12345");
+    EXPECT_EQ(m_files.ReadFile(m_folder.Path("y"), 4), std::nullopt);
+    EXPECT_EQ(m_files.ReadBeginning(m_folder.Path("y"), 4), "1234");
+}
+
+TEST_F(HostFile, Copies) {
+    using enum CHostFiles::Existing;
+    const std::string from = m_folder.WriteFile("From.bin", "one");
+    const std::string to = m_folder.Path("to.bin");
+    fs::permissions(m_folder.Host("From.bin"), fs::perms{0444});
+    EXPECT_TRUE(m_files.CopyFile(from, to, Keep));
+    EXPECT_NE(fs::status(m_folder.Host("to.bin")).permissions() & fs::perms::owner_write, fs::perms::none);
+    EXPECT_EQ(fs::last_write_time(m_folder.Host("to.bin")), fs::last_write_time(m_folder.Host("From.bin")));
+    m_folder.WriteFile("other.bin", "two");
+    EXPECT_FALSE(m_files.CopyFile(m_folder.Path("other.bin"), m_folder.Path("TO.bin"), Keep));
+    EXPECT_EQ(m_folder.ReadFile("to.bin"), "one");
+    EXPECT_TRUE(m_files.CopyFile(m_folder.Path("other.bin"), m_folder.Path("TO.bin"), Replace));
+    EXPECT_EQ(m_folder.ReadFile("to.bin"), "two");
+    // Onto itself, under whatever name.
+    fs::create_symlink("to.bin", m_folder.Host("link.bin"));
+    EXPECT_FALSE(m_files.CopyFile(to, m_folder.Path("TO.BIN"), Replace));
+    EXPECT_FALSE(m_files.CopyFile(to, m_folder.Path("link.bin"), Replace));
+    EXPECT_FALSE(m_files.MirrorFile(to, m_folder.Path("link.bin")));
+    EXPECT_FALSE(m_files.CopyFile(m_folder.Path("none"), to, Replace));
+    EXPECT_EQ(m_folder.ReadFile("to.bin"), "two");
+}
+
+TEST_F(HostFile, MirrorsAreMadeOnceAndFollowTheirSource) {
+    const auto time = fs::file_time_type::clock::now() - seconds(1000);
+    const auto write = [&](const char* name, const char* bytes) {
+        m_folder.WriteFile(name, bytes);
+        fs::last_write_time(m_folder.Host(name), time);
+        return m_folder.Path(name);
+    };
+    const std::string first = write("one/1.jpg", "first");
+    const std::string second = write("two/1.jpg", "2econ");
+    const std::string copy = m_folder.Path("word/Template/Images/1.jpg");
+    const auto mirrored = [&](CHostFiles& files, const std::string& from) {
+        EXPECT_TRUE(files.MirrorFile(from, copy));
+        return m_folder.ReadFile("word/Template/Images/1.jpg");
+    };
+    EXPECT_EQ(mirrored(m_files, first), "first");
+    write("word/Template/Images/1.jpg", "FIRST");
+    EXPECT_EQ(mirrored(m_files, LowerCase(first)), "FIRST");  // nothing was copied
+    // Devices use the same names in each folder: the last one read wins.
+    EXPECT_EQ(mirrored(m_files, second), "2econ");
+    EXPECT_EQ(mirrored(m_files, first), "first");
+    CHostFiles nextRun(m_folder.Host(""));
+    EXPECT_EQ(mirrored(nextRun, second), "2econ");
+    EXPECT_EQ(mirrored(nextRun, first), "first");
+
+    m_folder.WriteFile("one/1.jpg", "later");
+    EXPECT_EQ(mirrored(m_files, first), "later");
+    fs::remove(m_folder.Host("word/Template/Images/1.jpg"));
+    EXPECT_EQ(mirrored(m_files, first), "later");
+}
+
+}  // namespace

@@ -1,0 +1,167 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "shell/language.h"
+#include "shell/paths.h"
+#include "shell/textcodec.h"
+#include "store/CDbRec.h"
+#include "store/catalogue.h"
+#include "tests/shell/processes.h"
+#include "tests/support/CTestFolder.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class Catalogue : public testing::Test {
+protected:
+    Catalogue() { LoadCriterionList(m_criteria, GetCriterionFolder(), CDbPassword); }
+
+    std::string Create(const std::string& name, int criterion = 0) {
+        return CreateProject({name, "c'", "i", "l"}, criterion, m_criteria);
+    }
+    ProjectListing Listing(const std::string& excluded = "") {
+        ProjectListing listing;
+        FillProjects(GetDbFolder(), excluded, listing);
+        return listing;
+    }
+    _PRO_DATA Attributes(const std::string& path) {
+        CDbRec database;
+        _PRO_DATA project;
+        EXPECT_TRUE(database.OpenDatabase(path, CDbPassword) && database.ReadAttrib(project));
+        return project;
+    }
+    CTestFolder m_folder;
+    CCriterionDataArray m_criteria;
+};
+
+TEST_F(Catalogue, StandardsComeByFileName) {
+    std::vector<std::string> names;
+    for (const _CRITERION_DATA& entry : m_criteria) {
+        names.push_back(GetFileName(entry.Path));
+    }
+    EXPECT_EQ(names, (std::vector<std::string>{"CQ.mdb", "GB.mdb", "GZ.mdb", "SH.mdb"}));
+    EXPECT_EQ(m_criteria[0].Name, "重庆规范");
+
+    m_folder.WriteFile("db/Criterion/b.MDB", "garbage");
+    fs::create_directory(m_folder.Host("db/Criterion/a.mdb"));
+    CDbRec database;
+    ASSERT_TRUE(database.OpenDatabase(GetCriterionFolder() + "SH.mdb", CDbPassword));
+    database.Execute("delete from Attrib");
+    database.Close();
+    CCriterionDataArray list;
+    m_folder.Prompts.Expect(2000);
+    LoadCriterionList(list, GetCriterionFolder(), CDbPassword);
+    ASSERT_EQ(list.GetSize(), 5);
+    EXPECT_EQ(list[0].Name, LoadMessage(2004));
+    EXPECT_EQ(list[4].Name, "");
+}
+
+TEST_F(Catalogue, ProjectsAreNamedByTheFirstFreeSecond) {
+    m_folder.Clock.Local =
+        std::chrono::local_days{std::chrono::year{2026} / 12 / 31} + std::chrono::seconds(86398);
+    m_folder.WriteFile("db/2026-12-31-235959.MDB", "of somebody else");
+    fs::create_directory(m_folder.Host("db/2027-01-01-000000_sn"));
+    const std::string first = Create("甲'", 1);
+    const std::string second = Create("乙", 2);
+    EXPECT_EQ(first, GetDbFolder() + "2026-12-31-235958.mdb");
+    EXPECT_EQ(second, GetDbFolder() + "2027-01-01-000001.mdb");
+    const _PRO_DATA project = Attributes(first);
+    EXPECT_EQ(project.ProjectName, "甲'");
+    EXPECT_EQ(project.Comment + project.ProjectIndex + project.Location, "c'il");
+    EXPECT_EQ(project.StandardIndex, "1");
+    EXPECT_EQ(project.CreateTime, "2026-12-31 23:59:58");
+    EXPECT_EQ(project.CriterionName, m_criteria[1].Name);
+
+    EXPECT_EQ(Create("", 0), "");
+    fs::remove(m_folder.Host("db/Criterion/CQ.mdb"));
+    m_folder.Prompts.Expect(2203);
+    EXPECT_EQ(Create("x", 0), "");
+    EXPECT_EQ(m_folder.Prompts.LastText(), LoadMessage(2203) + GetDbFolder() + "2027-01-01-000002.mdb");
+    m_folder.WriteFile("db/Criterion/CQ.mdb", "garbage");
+    m_folder.Prompts.Expect(2000);
+    EXPECT_EQ(Create("x", 0), "");
+    EXPECT_EQ(m_folder.ReadFile("db/2027-01-01-000002.mdb"), "garbage");  // stays behind
+}
+
+TEST_F(Catalogue, AnOpenStandardIsLeftAlone) {
+    const std::string path = m_criteria[1].Path;
+    const COtherProcess process([&](char) {
+        m_folder.Prompts.Allow(2000);
+        return CDbBase().Open(path, CDbPassword);
+    });
+    CDbBase database;
+    ASSERT_TRUE(database.Open(path, CDbPassword));
+    m_folder.Prompts.Expect(2203);
+    EXPECT_EQ(Create("x", 1), "");
+    EXPECT_FALSE(process.Do('o'));  // the lock has outlived that
+    database.Close();
+    EXPECT_NE(Create("x", 1), "");
+}
+
+TEST_F(Catalogue, RowsBehindAnUnreadableFileAreShifted) {
+    const std::string first = Create("first");
+    m_folder.Clock.Local += std::chrono::seconds(10);
+    const std::string foreign = m_folder.WriteFile("db/2026-03-14-092655.mdb", "garbage");
+    const std::string last = Create("last");
+    {
+        CDbRec database;
+        ASSERT_TRUE(database.OpenDatabase(last, CDbPassword));
+        ASSERT_TRUE(database.AddRecord({}));
+    }
+    m_folder.Prompts.Expect(2000);
+    const ProjectListing listing = Listing();
+    ASSERT_EQ(listing.Projects.GetSize(), 3);
+    ASSERT_EQ(listing.Rows.size(), 2U);
+    EXPECT_EQ(listing.Rows[1].ProjectName, "last");
+    EXPECT_EQ(listing.Rows[1].CriterionName, "重庆规范");
+    EXPECT_EQ(listing.Rows[1].OwnPath, last);
+    EXPECT_EQ(listing.Projects[1].ProjectPath, foreign);
+    EXPECT_EQ(listing.Projects[2].ProjectName, "last");
+
+    // Without the one that is open, which would be refused.
+    fs::remove(m_folder.Host("db/2026-03-14-092655.mdb"));
+    CDbRec open;
+    ASSERT_TRUE(open.OpenDatabase(first, CDbPassword));
+    EXPECT_EQ(Listing(LowerCase(first)).Projects.GetSize(), 1);
+    open.Close();
+    EXPECT_EQ(Listing().Rows.size(), 2U);
+}
+
+TEST_F(Catalogue, DeletingTakesTheSideFolderAndLeavesACopyInTheTrash) {
+    const std::string path = Create("x");
+    m_folder.WriteFile("db/2026-03-14-092653_sn/sn.xml", "");
+    {
+        CDbRec database;
+        ASSERT_TRUE(database.OpenDatabase(path, CDbPassword));
+        ASSERT_TRUE(database.AddTesting({}));
+    }
+    const std::string content = m_folder.ReadFile("db/2026-03-14-092653.mdb");
+    m_folder.Prompts.ExpectQuestion(2204, false);
+    EXPECT_FALSE(DeleteProject(path));
+    EXPECT_TRUE(m_folder.ReadFile("db/2026-03-14-092653.mdb") == content);
+    {
+        CDbRec open;
+        ASSERT_TRUE(open.OpenDatabase(path, CDbPassword));
+        m_folder.Prompts.ExpectQuestion(2204, true);
+        m_folder.Prompts.Expect(2000);
+        EXPECT_FALSE(DeleteProject(path));
+    }
+    EXPECT_TRUE(m_folder.Desktop.Trashed.empty());
+    m_folder.Prompts.ExpectQuestion(2204, true);
+    EXPECT_TRUE(DeleteProject(path));
+    EXPECT_TRUE(m_folder.Desktop.Trashed == std::vector{content});
+    EXPECT_FALSE(fs::exists(m_folder.Host("db/2026-03-14-092653.mdb")));
+    EXPECT_FALSE(fs::exists(m_folder.Host("db/2026-03-14-092653_sn")));
+
+    // Letters whose lower case has another length, and an extension in capitals.
+    fs::create_directories(m_folder.Host("Kİ/x_sn/y"));
+    fs::copy(m_folder.Host("db/Criterion/GB.mdb"), m_folder.Host("Kİ/x.MDB"));
+    m_folder.Prompts.ExpectQuestion(2204, true);
+    EXPECT_TRUE(DeleteProject(m_folder.Path("Kİ/x.MDB")));
+    EXPECT_FALSE(fs::exists(m_folder.Host("Kİ/x_sn")));
+}
+
+}  // namespace

@@ -1,0 +1,132 @@
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <regex>
+#include <string>
+
+#include "store/CDbRec.h"
+#include "store/projectdocument.h"
+#include "tests/support/CTestFolder.h"
+
+namespace {
+
+class Document : public testing::Test {
+protected:
+    Document() { EXPECT_TRUE(Db.OpenDatabase(Folder.MakeProject(), CDbPassword)); }
+
+    std::string Dump(CDbRec& database) {
+        std::string json;
+        EXPECT_TRUE(DumpProject(database, json));
+        return json;
+    }
+    // Without what is given anew.
+    static std::string Lasting(const std::string& json) {
+        return std::regex_replace(
+            json, std::regex(R"re("(ID|TestingID|TestingOrder|CreateTime)": ("[^"]*"|-?\d+))re"), "$1");
+    }
+
+    CTestFolder Folder;
+    CDbRec Db;
+};
+
+TEST_F(Document, ComesBackAsItWas) {
+    _TESTING_DATA section;
+    section.StartWell = "W'1\\\"管😀";
+    section.GpsXStart = 121.123456789012;
+    section.GpsYEnd = std::numeric_limits<double>::quiet_NaN();
+    section.DistanceEnd = 12.345F;
+    section.VideoFileList = "D:/V.AVI*E:\\b";
+    section.Comment = "line\r\nline\x01";
+    for (const char* name : {"a", "b", "c"}) {
+        section.TestingName = name;
+        ASSERT_TRUE(Db.AddTesting(section));
+    }
+    ASSERT_TRUE(Db.SetTestingOrder(1, 9));
+    for (const int owner : {2, 1, 2, 77, 77, 88}) {
+        _REC_DATA record;
+        record.TestingID = owner;
+        record.DefectCode = owner == 88 ? "GDZC" : "JCJ_JGJZQS";
+        record.DefectType = Db.GetDefectType(record.DefectCode);
+        record.DefectLevel = 255;
+        record.GpsX = -std::numeric_limits<double>::infinity();
+        record.JcjNo = "no";
+        record.JcjType = -3;
+        record.AddPicture("d:\\one.jpg", 1.5);
+        if (owner == 2) {
+            record.AddPicture("d:\\two.jpg", std::numeric_limits<double>::quiet_NaN());
+        }
+        ASSERT_TRUE(Db.AddRecord(record));
+    }
+    const std::string json = Dump(Db);
+
+    CDbRec copy;
+    ASSERT_TRUE(copy.OpenDatabase(Folder.MakeProject("copy.mdb"), CDbPassword));
+    const LoadResult result = LoadProject(copy, json);
+    EXPECT_TRUE(result.Done);
+    EXPECT_EQ(result.SectionsAdded, 3);
+    EXPECT_EQ(result.RecordsAdded, 6);
+    EXPECT_TRUE(result.Refused.empty());
+    EXPECT_EQ(Lasting(Dump(copy)), Lasting(json));
+}
+
+TEST_F(Document, DefaultsStandForWhatIsMissing) {
+    EXPECT_TRUE(LoadProject(Db, "{}").Done);
+    Folder.Prompts.Expect(2801);
+    Folder.Prompts.Expect(2800);
+    const LoadResult result = LoadProject(Db, R"({"sections": [{"ID": 7, "TestingName": "x"},
+        {"records": [{"DefectCode": "gdzc", "ID": 9, "TestingID": 55}, {"DefectCode": "PL"}]}],
+        "recordsWithoutSection": [{"DefectCode": "PL", "TestingID": 5}, {"DefectCode": "GDZC", "TestingID": 5},
+                                  {"DefectCode": "GDZC", "TestingID": 6}]})");
+    EXPECT_TRUE(result.Done);
+    EXPECT_EQ(result.SectionsAdded, 2);
+    EXPECT_EQ(result.RecordsAdded, 3);
+    EXPECT_EQ(result.Refused, (std::vector<std::string>{"sections 2, records 2", "recordsWithoutSection 2"}));
+    CTestingDataArray sections;
+    CRecDataArray records;
+    ASSERT_TRUE(Db.ReadTestings(sections) && Db.ReadRecords(2, records, false));
+    EXPECT_EQ(sections[0].ID, 1);
+    EXPECT_EQ(sections[0].CreateTime, "2026-03-14 09:26:53");
+    ASSERT_EQ(records.GetSize(), 1);
+    EXPECT_EQ(records[0].GetPicTime1(), -1.0);
+}
+
+TEST_F(Document, FaultsAreNamedBeforeAnythingIsWritten) {
+    struct Case {
+        const char* Json;
+        const char* Place;
+    };
+    constexpr Case cases[] = {
+        {"[]", "the document"},
+        {R"({"sections": [{}, 5]})", "sections 2"},
+        {R"({"sections": [{}, {"Name": "x"}]})", "sections 2: unknown field \"Name\""},
+        {R"({"sections": [{"TestingName": 5}]})", "sections 1, TestingName"},
+        {R"({"sections": [{"TestingName": "a\u0000b"}]})", "sections 1, TestingName"},
+        {R"({"sections": [{"DistanceEnd": 1e39}]})", "sections 1, DistanceEnd"},
+        {R"({"sections": [{"records": [{}, {"DefectLevel": 256}]}]})", "sections 1, records 2, DefectLevel"},
+        {R"({"sections": [{"records": [{"JcjType": 18446744073709551615}]}]})",
+         "sections 1, records 1, JcjType"},
+        {R"({"sections": [{"records": [{"records": []}]}]})", "sections 1, records 1: unknown field"},
+        {R"({"sections": [{}], "recordsWithoutSection": [{"Pictures": [{}, {}, {}]}]})",
+         "recordsWithoutSection 1, Pictures"},
+        {R"({"recordsWithoutSection": [{"Pictures": [{}, {"Path": ""}]}]})",
+         "recordsWithoutSection 1, Pictures 2: unknown field \"Path\""},
+        {R"({"sections": [{}], "attributes": 5})", "attributes"},
+        {R"({"sections": [{}], "attributes": {"GpsX": true}})", "attributes, GpsX"},
+        {R"({"sections": [{}], "attributes": {"Name": ""}})", "attributes: unknown field \"Name\""},
+    };
+    for (const Case& c : cases) {
+        try {
+            (void)LoadProject(Db, c.Json);
+            ADD_FAILURE() << c.Json;
+        } catch (const std::runtime_error& error) {
+            EXPECT_TRUE(std::string(error.what()).starts_with(c.Place)) << error.what();
+        }
+    }
+    EXPECT_THROW(LoadProject(Db, "{\"sections\": [{\"TestingName\": \"\xFF\"}]}"), std::runtime_error);
+    CTestingDataArray sections;
+    EXPECT_TRUE(Db.ReadTestings(sections));
+    EXPECT_EQ(sections.GetSize(), 0);
+    EXPECT_EQ(Db.CountRecords(-1), 0);
+}
+
+}  // namespace

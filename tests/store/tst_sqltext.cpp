@@ -1,0 +1,101 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <string>
+
+#include "store/CDbCriterion.h"
+#include "store/CDbError.h"
+#include "store/sqltext.h"
+#include "tests/support/CTestFolder.h"
+
+namespace {
+
+TEST(SqlText, ValuesPassThroughTheirRules) {
+    EXPECT_EQ(EscapeSqlText("it's \"D:/A\" ''"), "it''s \"D:/A\" ''''");
+    EXPECT_EQ(EscapeSqlText(std::string("a'\0; b", 6)), "a''");
+    EXPECT_EQ(EscapeSqlPath("D:\\Video/Ä管'P1.JPG"), "d:\\video\\ä管''p1.jpg");
+    EXPECT_EQ(SqlDistance(-1.0), "-1");
+    EXPECT_EQ(SqlCoordinate(121.1234567890126), "121.123456789013");
+    EXPECT_EQ(SqlCoordinate(std::nan("")), "'NaN'");
+    EXPECT_EQ(SqlDistance(-std::numeric_limits<double>::infinity()), "'-Infinity'");
+    EXPECT_EQ(FormatSql("a='%s' %d%ld 5% %x", {"%s%d", "1", "2"}), "a='%s%d' 12 5% %x");
+    EXPECT_THROW(FormatSql("%s %s", {"1"}), CDbError);
+    EXPECT_THROW(FormatSql("%s", {"1", "2"}), CDbError);
+}
+
+TEST(SqlText, QuotesAreTranslated) {
+    EXPECT_EQ(TranslateSql("x = \"it's\" And y= 1"), "x = 'it''s' And y= 1");
+    EXPECT_EQ(TranslateSql("x = 'a \"b\" --;/*' ; \t"), "x = 'a \"b\" --;/*' ; \t");
+    EXPECT_EQ(TranslateSql("'it''s', \"a\"\"b\", '', \"\""), "'it''s', 'a\"b', '', ''");
+    for (const char* refused : {"select 1; select 2", "select 1;;", "select 1 -- x", "select /* x */ 1",
+                                "'abc", "x = \"abc", "'it''s"}) {
+        EXPECT_THROW(TranslateSql(refused), CDbError) << refused;
+    }
+    EXPECT_THROW(TranslateSql(std::string("select 1\0, 2", 12)), CDbError);
+}
+
+class Cursor : public testing::Test {
+protected:
+    Cursor() { EXPECT_TRUE(Database.OpenDatabase(Folder.MakeProject(), CDbPassword)); }
+
+    CTestFolder Folder;
+    CDbCriterion Database;
+};
+
+TEST_F(Cursor, CodesBringNoStatementAlong) {
+    std::vector<std::string> texts;
+    Folder.Prompts.Expect(2003);
+    EXPECT_FALSE(Database.LoadDefectLevels("PL\"; delete from DefectLevel where \"\"=\"", &texts, nullptr));
+    Folder.Prompts.Expect(2003);
+    EXPECT_FALSE(Database.LoadDefectLevels("PL\" --", &texts, nullptr));
+    EXPECT_TRUE(Database.LoadDefectLevels("P'L; -- /*", &texts, nullptr));
+    EXPECT_TRUE(texts.empty());
+    EXPECT_TRUE(Database.LoadDefectLevels("PL", &texts, nullptr));
+    EXPECT_EQ(texts.size(), 4U);
+    for (const char* statement : {"", " ", ";", "no statement", "select * from NoTable", "select \"x"}) {
+        EXPECT_THROW(Database.Execute(statement), CDbError) << statement;
+    }
+}
+
+TEST_F(Cursor, ValuesBecomeWhatIsAskedFor) {
+    CDbCursor row = Database.Execute(
+        "select NULL as none, ' 12 ' as text, 3000000000 as big, 'NaN' as nan, '-Infinity' as minus, 2.5 as "
+        "even,"
+        "cast('1' as blob) as bytes, 3.5 as odd, '1e39' as wide, '12x' as word, '' as empty, 45000.5 as "
+        "number,"
+        "-2147483648 as least, 2147483647.6 as most, '2026-01-02 03:04:05.678' as date, '2026-01-02' as "
+        "short,"
+        "'2026-13-02 03:04:05' as month, '2026-02-30 00:00:00' as day, '2026-01-02 24:00:00' as hour");
+    EXPECT_EQ(row.GetLong("TEXT"), 12);
+    EXPECT_EQ(row.GetFloat("Text"), 12.0F);
+    EXPECT_EQ(row.GetText("text"), " 12 ");
+    EXPECT_EQ(row.GetText("big"), "3000000000");
+    EXPECT_EQ(row.GetDouble("big"), 3e9);
+    EXPECT_EQ(row.GetLong("least"), -2147483647 - 1);
+    EXPECT_EQ(row.GetLong("even"), 2);
+    EXPECT_EQ(row.GetLong("odd"), 4);
+    EXPECT_TRUE(std::isnan(row.GetDouble("nan")));
+    EXPECT_TRUE(std::isnan(row.GetFloat("nan")));
+    EXPECT_EQ(row.GetFloat("minus"), -std::numeric_limits<float>::infinity());
+    EXPECT_EQ(row.GetDouble("wide"), 1e39);
+    for (const char* column :
+         {"none", "big", "nan", "minus", "bytes", "wide", "word", "empty", "most", "missing"}) {
+        EXPECT_THROW(row.GetLong(column), CDbError) << column;
+    }
+    for (const char* column : {"none", "bytes", "wide", "word", "empty", "missing"}) {
+        EXPECT_THROW(row.GetFloat(column), CDbError) << column;
+    }
+    for (const char* column : {"none", "bytes", "missing"}) {
+        EXPECT_THROW(row.GetText(column), CDbError) << column;
+    }
+    EXPECT_EQ(row.GetDate("date"), "2026-01-02 03:04:05");
+    for (const char* column : {"none", "bytes", "word", "empty", "month", "day", "hour", "short", "number"}) {
+        EXPECT_EQ(row.GetDate(column), "1899-12-30 00:00:00") << column;
+    }
+    EXPECT_THROW(row.GetDate("missing"), CDbError);
+    row.MoveNext();
+    EXPECT_TRUE(row.IsEof());
+}
+
+}  // namespace
