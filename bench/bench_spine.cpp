@@ -1,0 +1,266 @@
+// Speed of the database rooms, as ratios against plain uses of the engine run side by side. Prints a
+// Markdown table; exit code 1 if a limit is broken.
+#include <sqlcipher/sqlite3.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+#include <stdexcept>
+
+#include "assessment/sectiongrades.h"
+#include "bench/CBenchFolder.h"
+#include "bench/ratio.h"
+#include "fieldimport/acquisitionimport.h"
+#include "store/CDbRec.h"
+#include "store/catalogue.h"
+
+namespace {
+
+constexpr int Sections = 2000;
+constexpr int RecordsASection = 10;
+
+void Require(bool done, const char* what) {
+    if (!done) {
+        std::fprintf(stderr, "the benchmark itself failed: %s\n", what);
+        std::exit(2);
+    }
+}
+
+std::string PictureName(const CBenchFolder& folder, int number) {
+    return folder.Path("job/picture/" + std::to_string(number) + ".jpg");
+}
+
+void MakePictures(const CBenchFolder& folder) {
+    std::filesystem::create_directories(folder.Host("job/picture"));
+    for (int i = 0; i < Sections * RecordsASection; ++i) {
+        std::ofstream(folder.Host("job/picture/" + std::to_string(i) + ".jpg")) << std::string(400, 'x');
+    }
+}
+
+void FillProject(const CBenchFolder& folder, const std::string& path) {
+    CDbRec database;
+    Require(database.OpenDatabase(path, CDbPassword), "open");
+    CDbBatch batch(database);
+    constexpr const char* codes[] = {"PL", "BX", "CJ", "JG", "SG", "TJ", "CK", "ZW"};
+    for (int s = 0; s < Sections; ++s) {
+        _TESTING_DATA section;
+        section.TestingName = "污水管 " + std::to_string(s);
+        section.StartWell = "WS" + std::to_string(s);
+        section.EndWell = "WS" + std::to_string(s + 1);
+        section.VideoFileList = folder.Path("job/v.avi");
+        section.TaskName = "城区排水管网检测";
+        section.Location = "示范路";
+        section.PipeLength = "50.0";
+        section.PipeDiameter = "800";
+        section.PipeMaterial = "钢筋混凝土管";
+        section.TestingDate = "2026/03/14 09:26:53";
+        Require(database.AddTesting(section), "add a section");
+        const std::int32_t id = database.LastInsertId();
+        for (int r = 0; r < RecordsASection; ++r) {
+            _REC_DATA record;
+            record.TestingID = id;
+            record.DefectCode = codes[(s + r) % 8];
+            record.DefectType = database.GetDefectType(record.DefectCode);
+            record.DefectLevel = static_cast<std::uint8_t>(1 + r % 4);
+            record.DistanceStart = static_cast<float>(r) * 4.3F;
+            record.DistanceEnd = record.DistanceStart + 0.5F;
+            record.DirectionStart = 3;
+            record.DirectionEnd = 9;
+            record.Video = section.VideoFileList;
+            record.GpsX = 113.26;
+            record.GpsY = 23.13;
+            record.AddPicture(PictureName(folder, s * RecordsASection + r), 12.5);
+            Require(database.AddRecord(record), "add a record");
+        }
+    }
+    batch.Commit();
+}
+
+// A bare connection, as a program without the store's rules would hold it.
+class CBare {
+public:
+    CBare(const std::string& hostPath, const std::string& key) {
+        Require(sqlite3_open_v2(hostPath.c_str(), &m_connection, SQLITE_OPEN_READONLY, nullptr) == SQLITE_OK,
+                "bare open");
+        Run("PRAGMA key = \"x'" + key + "'\"");
+        Run("PRAGMA cipher_page_size = 4096");
+    }
+    ~CBare() { sqlite3_close(m_connection); }
+    CBare(const CBare&) = delete;
+    CBare& operator=(const CBare&) = delete;
+
+    void Run(const std::string& statement) {
+        Require(sqlite3_exec(m_connection, statement.c_str(), nullptr, nullptr, nullptr) == SQLITE_OK,
+                statement.c_str());
+    }
+
+    // Takes every value of every row as what it is; returns the number of rows.
+    int ReadAll(const char* statement) {
+        struct Value {
+            double Number = 0.0;
+            std::string Text;
+        };
+        sqlite3_stmt* rows = nullptr;
+        Require(sqlite3_prepare_v2(m_connection, statement, -1, &rows, nullptr) == SQLITE_OK, statement);
+        std::vector<std::vector<Value>> table;
+        const int columns = sqlite3_column_count(rows);
+        while (sqlite3_step(rows) == SQLITE_ROW) {
+            std::vector<Value>& row = table.emplace_back(static_cast<std::size_t>(columns));
+            for (int c = 0; c < columns; ++c) {
+                Value& value = row[static_cast<std::size_t>(c)];
+                if (sqlite3_column_type(rows, c) == SQLITE_TEXT) {
+                    value.Text = reinterpret_cast<const char*>(sqlite3_column_text(rows, c));
+                } else {
+                    value.Number = sqlite3_column_double(rows, c);
+                }
+            }
+        }
+        sqlite3_finalize(rows);
+        return static_cast<int>(table.size());
+    }
+
+private:
+    sqlite3* m_connection = nullptr;
+};
+
+std::vector<SectionRecords> ReadProject(CDbRec& database) {
+    const CHostFiles::CLookOnce look(HostFiles());
+    CTestingDataArray sections;
+    Require(database.ReadTestings(sections) && sections.GetSize() == Sections, "read sections");
+    std::vector<SectionRecords> project(static_cast<std::size_t>(sections.GetSize()));
+    for (int i = 0; i < sections.GetSize(); ++i) {
+        SectionRecords& entry = project[static_cast<std::size_t>(i)];
+        entry.Section = sections[i];
+        Require(database.ReadRecords(entry.Section.ID, entry.Records, true), "read records");
+    }
+    return project;
+}
+
+std::string Description(int items) {
+    std::string xml =
+        "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<cfg><mdata name=\"n\" gentime=\"2026-03-14 09:26:53\">"
+        "<videofilename value=\"v.avi\"/>";
+    for (int i = 1; i <= 18; ++i) {
+        xml += "<osd" + std::to_string(i) + " value=\"" + std::to_string(i) + "\"/>";
+    }
+    for (int i = 0; i < items; ++i) {
+        const std::string n = std::to_string(i);
+        xml += "<item index=\"" + n + "\" name=\"n\" code=\"PL\" fullname=\"f\" dist=\"" + n +
+               ".5\" len=\"0.4\" Longitude=\"113.2\" Latitude=\"23.1\" type=\"t\" time=\"0309\" level=\"2\" "
+               "codeid=\"1\" itemid=\"1\" gentime=\"2026-03-14\"><picfilename value=\"" +
+               n + ".jpg\" time=\"" + n + ".2\"/><desc>裂口</desc></item>";
+    }
+    return xml + "</mdata></cfg>";
+}
+
+void MakeFieldFolder(const CBenchFolder& folder, const std::string& name, int items) {
+    std::filesystem::create_directories(folder.Host(name));
+    std::ofstream(folder.Host(name + "/d.xml")) << Description(items);
+    for (int i = 0; i < items; ++i) {
+        std::ofstream(folder.Host(name + "/" + std::to_string(i) + ".jpg")) << std::string(4000, 'x');
+    }
+}
+
+std::function<void()> Import(const CBenchFolder& folder, const std::string& name) {
+    return [&folder, name] {
+        std::filesystem::remove(folder.Host("db/import.mdb"));
+        std::filesystem::remove_all(folder.Host("word"));
+        const std::string project = folder.MakeProject("import.mdb");
+        CDbRec database;
+        Require(database.OpenDatabase(project, CDbPassword), "open");
+        Require(ImportAcquisition(database, folder.Path(name + "/d.xml"), [](const std::string&) {}),
+                "import");
+    };
+}
+
+}  // namespace
+
+int main() {
+    const CBenchFolder folder;
+    MakePictures(folder);
+    const std::string path = folder.MakeProject("big.mdb");
+    const std::string host = folder.Host("db/big.mdb").string();
+    FillProject(folder, path);
+    const std::string key = DatabaseKey(CDbPassword);
+
+    std::printf("| What | Against | Time | Peer | Ratio, median (range) | Limit | |\n");
+    std::printf("|---|---|---|---|---|---|---|\n");
+    bool allHold = true;
+    const auto print = [&](const RatioRow& row) { allHold = PrintRatio(row) && allHold; };
+
+    std::vector<SectionRecords> project;
+    {
+        CDbRec database;
+        Require(database.OpenDatabase(path, CDbPassword), "open");
+        project = ReadProject(database);
+    }
+    // A connection may be held once only, so each side opens its own; that is part of neither's work.
+    std::unique_ptr<CDbRec> ours;
+    std::unique_ptr<CBare> bare;
+    print({"Read 2,000 sections, 20,000 records through CDbRec, with scores, pictures copied",
+           "loop over the same rows with the engine's C interface", 2.0, 9,
+           [&] {
+               if (!ours) {
+                   bare.reset();
+                   ours = std::make_unique<CDbRec>();
+                   Require(ours->OpenDatabase(path, CDbPassword), "open");
+               }
+               project = ReadProject(*ours);
+           },
+           [&] {
+               if (!bare) {
+                   ours.reset();
+                   bare = std::make_unique<CBare>(host, key);
+               }
+               Require(bare->ReadAll("select * from Testing order by TestingOrder") == Sections &&
+                           bare->ReadAll("select * from Record") == Sections * RecordsASection,
+                       "bare read");
+           }});
+    bare.reset();
+    ours.reset();
+
+    print({"Score 2,000 sections, 20,000 records", "reading them through CDbRec", 0.1, 9,
+           [&] {
+               auto copy = project;
+               Require(GradeSections(ScoringRoute::National, std::move(copy), 10, 0).size() == Sections,
+                       "score");
+           },
+           [&] {
+               if (!ours) {
+                   ours = std::make_unique<CDbRec>();
+                   Require(ours->OpenDatabase(path, CDbPassword), "open");
+               }
+               project = ReadProject(*ours);
+           }});
+    ours.reset();
+
+    print({"Open a project: open, defect names, attributes", "bare open, key and one select", 5.0, 101,
+           [&] {
+               CDbRec database;
+               _PRO_DATA attributes;
+               Require(database.OpenDatabase(path, CDbPassword) && database.ReadAttrib(attributes), "open");
+           },
+           [&] { Require(CBare(host, key).ReadAll("select * from Attrib") == 1, "bare open"); }});
+
+    MakeFieldFolder(folder, "one", 1000);
+    MakeFieldFolder(folder, "two", 2000);
+    print({"Import a folder of 2,000 items", "one of 1,000", 2.3, 7, Import(folder, "two"),
+           Import(folder, "one")});
+
+    std::filesystem::remove_all(folder.Host("db"));
+    std::filesystem::create_directories(folder.Host("db"));
+    std::filesystem::copy(std::filesystem::path(DROVANE_PROGRAM_FOLDER) / "db/Criterion",
+                          folder.Host("db/Criterion"));
+    for (int i = 0; i < 200; ++i) {
+        (void)folder.MakeProject("p" + std::to_string(i) + ".mdb");
+    }
+    ProjectListing listing;
+    const double listed = MillisecondsOf([&] { FillProjects(folder.Path("db/"), {}, listing); });
+    Require(listing.Rows.size() == 200, "list");
+    const bool holds = listed / 200 < 20;
+    std::printf(
+        "| List a folder of 200 projects | 20 ms a project | %.2f ms | | %.2f ms a project | 20 ms | %s |\n",
+        listed, listed / 200, holds ? "holds" : "BROKEN");
+    return allHold && holds ? 0 : 1;
+}
