@@ -27,17 +27,23 @@ struct RatioRow {
     int Pairs;
     std::function<void()> Work;
     std::function<void()> Peer;
+    std::function<void()> BeforeWork = [] {};  // not timed
+    std::function<void()> BeforePeer = [] {};
 };
 
 // One line of a Markdown table; false if the limit is broken.
 inline bool PrintRatio(const RatioRow& row) {
+    row.BeforeWork();
     row.Work();
+    row.BeforePeer();
     row.Peer();  // both once to warm up
     std::vector<double> works;
     std::vector<double> peers;
     std::vector<double> ratios;
     for (int i = 0; i < row.Pairs; ++i) {
+        row.BeforeWork();
         works.push_back(MillisecondsOf(row.Work));
+        row.BeforePeer();
         peers.push_back(MillisecondsOf(row.Peer));
         ratios.push_back(works.back() / peers.back());
     }

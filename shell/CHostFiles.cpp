@@ -8,7 +8,6 @@
 #include <cctype>
 #include <cerrno>
 
-#include "shell/CTemporaryTwin.h"
 #include "shell/CUnixFile.h"
 #include "shell/textcodec.h"
 
@@ -217,13 +216,13 @@ bool CHostFiles::CopyBytes(const std::string& from, const std::string& to, const
     CUnixFile in(from, O_RDONLY);
     CTemporaryTwin twin(to, 0644);
     return in.IsOpen() && twin.CopyFrom(in) && twin.SetTime(source.st_mtim) &&
-           twin.TakePlace(flush, existing == Existing::Keep ? CTemporaryTwin::Existing::Keep
-                                                            : CTemporaryTwin::Existing::Replace);
+           twin.TakePlace(flush, existing);
 }
 
 CHostFiles::Mirror& CHostFiles::ResolveMirror(std::string_view from, std::string_view to) {
     using Trust = CFolderCache::Trust;
-    Mirror& mirror = m_mirrors[std::string(from)];
+    const auto known = m_mirrors.find(from);
+    Mirror& mirror = known != m_mirrors.end() ? known->second : m_mirrors[std::string(from)];
     if (mirror.To == to) {
         if (!m_folders.IsSeen(*mirror.SourceFolder)) {
             (void)m_folders.Look(mirror.SourceParent);

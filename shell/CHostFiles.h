@@ -18,6 +18,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -25,10 +26,11 @@
 #include <vector>
 
 #include "shell/CFolderCache.h"
+#include "shell/CTemporaryTwin.h"
 
 class CHostFiles {
 public:
-    enum class Existing { Keep, Replace };
+    using Existing = CTemporaryTwin::Existing;
 
     // The program folder, as a path of this machine; `drives` lies in it.
     explicit CHostFiles(std::filesystem::path appFolder);
@@ -96,6 +98,12 @@ private:
 
     // A drive comes into being when it is first written to.
     void MakeDrive(std::string_view path) const;
+    // Looks up without making a string of the key.
+    struct TextHash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
+    };
+
     std::string Unresolved(std::string_view path) const;
     Mirror& ResolveMirror(std::string_view from, std::string_view to);
     bool CopyBytes(const std::string& from, const std::string& to, const struct stat& source, bool flush,
@@ -103,6 +111,7 @@ private:
 
     std::filesystem::path m_appFolder;
     mutable CFolderCache m_folders;
-    std::unordered_map<std::string, Mirror> m_mirrors;        // by source path text
+    // By source path text.
+    std::unordered_map<std::string, Mirror, TextHash, std::equal_to<>> m_mirrors;
     std::unordered_map<std::string, std::string> m_mirrored;  // copy to source, host paths
 };

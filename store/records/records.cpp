@@ -33,11 +33,11 @@ void _REC_DATA::AddPicture(std::string_view path, double time) {
     if (path.empty()) {
         return;
     }
-    Pictures.Add({std::string(path), time});
     // Paths of other programs may have either separator; the copy never leaves its folder.
     std::string source(path);
     std::replace(source.begin(), source.end(), '/', '\\');
     (void)HostFiles().MirrorFile(source, GetReportImageFolder().append(GetFileName(source)));
+    Pictures.Add({std::string(path), time});
 }
 
 _PIC_DATA _REC_DATA::PictureAt(int index) const {
