@@ -4,6 +4,7 @@
 packages=(
     g++ cmake ninja-build ccache pkg-config          # build
     libsqlcipher-dev libssl-dev libtinyxml2-dev nlohmann-json3-dev
+    libavformat-dev libavcodec-dev libswscale-dev libavutil-dev libjpeg-dev
     libgtest-dev libbenchmark-dev                    # tests and timings
     ffmpeg python3                                   # demo job and test scripts
 )
