@@ -9,7 +9,7 @@ CArguments::CArguments(const std::vector<std::string>& words, const std::set<std
     bool onlyPlaces = false;
     for (std::size_t i = 0; i < words.size(); ++i) {
         const std::string& word = words[i];
-        if (onlyPlaces || !word.starts_with('-') || word == "-") {
+        if (onlyPlaces || !word.starts_with('-') || word == "-" || ParseWholeDouble(word)) {
             m_places.push_back(word);
         } else if (word == "--") {
             onlyPlaces = true;

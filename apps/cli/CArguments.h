@@ -19,7 +19,7 @@ public:
 class CArguments {
 public:
     // `withValue` options take the next word; `flags` stand alone. A repeated option throws, unless its
-    // name ends in "*" in `withValue`.
+    // name ends in "*" in `withValue`. A negative number is no option.
     CArguments(const std::vector<std::string>& words, const std::set<std::string>& withValue,
                const std::set<std::string>& flags);
 

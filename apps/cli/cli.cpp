@@ -34,6 +34,8 @@ constexpr Command Commands[] = {
     {"delete-record", "PROJECT --record ID", "delete a record", RunDeleteRecord},
     {"dump", "PROJECT", "print the whole project as one JSON document", RunDump},
     {"load", "PROJECT FILE.json", "add the sections and records of such a document", RunLoad},
+    {"grab", "VIDEO SECONDS -o FILE.jpg", "write the frame that is shown at that position as a picture",
+     RunGrab},
     {"make-standard", "FILE.json -o FILE.mdb", "make a criterion database", RunMakeStandard},
     {"settings",
      "[--language NAME] [--work-folder DIR] [--gps-port N] [--gps-baud N] [--drive X=DIR]... [--json]",

@@ -40,6 +40,8 @@ int RunDeleteSection(const CommandContext& context);
 int RunDeleteRecord(const CommandContext& context);
 int RunEditSection(const CommandContext& context);
 int RunEditRecord(const CommandContext& context);
+// commands_grab.cpp
+int RunGrab(const CommandContext& context);
 // commands_grade.cpp
 int RunGrade(const CommandContext& context);
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -240,6 +241,29 @@ TEST_F(Cli, ShowsAndWritesSettings) {
     EXPECT_EQ(Run({"settings", "--gps-port", "-1"}), 2);
     EXPECT_EQ(Run({"settings", "--drive", "D"}), 2);
     EXPECT_EQ(Run({"settings", "--drive", "e=/no/such"}), 1);
+}
+
+TEST_F(Cli, GrabWritesAPictureOrSaysWhyNot) {
+    const std::string video = m_folder.Host("v.avi").string();
+    const std::string picture = m_folder.Host("p.jpg").string();
+    const std::string command =
+        "ffmpeg -v error -f lavfi -i testsrc=size=64x48:rate=25:duration=1 -c:v mjpeg '" + video + "'";
+    ASSERT_EQ(std::system(command.c_str()), 0);
+    for (const char* position : {"0.5", "-1", "1e9"}) {
+        EXPECT_EQ(Run({"grab", video, position, "-o", picture}), 0) << Err();
+        EXPECT_TRUE(m_folder.ReadFile("p.jpg").starts_with("\xFF\xD8"));
+        std::filesystem::remove(picture);
+    }
+    EXPECT_EQ(Run({"grab", video, "half", "-o", picture}), 2);
+    EXPECT_EQ(Run({"grab", video, "0.5"}), 2);
+    EXPECT_EQ(Run({"grab", m_folder.Host("none.avi").string(), "0", "-o", picture}), 1);
+    EXPECT_NE(Err().find("none.avi can't be read"), std::string::npos) << Err();
+    m_folder.WriteFile("text.avi", "a letter");
+    EXPECT_EQ(Run({"grab", m_folder.Host("text.avi").string(), "0", "-o", picture}), 1);
+    EXPECT_NE(Err().find("text.avi holds no video"), std::string::npos) << Err();
+    EXPECT_FALSE(std::filesystem::exists(picture));
+    EXPECT_EQ(Run({"grab", video, "0", "-o", m_folder.Host("no/p.jpg").string()}), 1);
+    EXPECT_NE(Err().find("no/p.jpg can't be written"), std::string::npos) << Err();
 }
 
 }  // namespace
