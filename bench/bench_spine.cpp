@@ -189,11 +189,15 @@ void MakeFieldFolder(const CBenchFolder& folder, const std::string& name, int it
     }
 }
 
-// A first import: no picture of the folder has been copied yet.
+// A first import: no picture of the folder has been copied yet. Former copies are put aside and not removed,
+// since a file system is slow to give out places that have just become free.
 std::function<void()> EmptyProject(const CBenchFolder& folder) {
     return [&folder] {
         std::filesystem::remove(folder.Host("db/import.mdb"));
-        std::filesystem::remove_all(folder.Host("word"));
+        if (std::filesystem::exists(folder.Host("word"))) {
+            static int aside = 0;
+            std::filesystem::rename(folder.Host("word"), folder.Host("word" + std::to_string(aside++)));
+        }
         (void)folder.MakeProject("import.mdb");
     };
 }
@@ -247,22 +251,20 @@ int main() {
            [&] { Require(bare->ReadProject() == Sections * RecordsASection, "bare read"); }, openOurs,
            openBare});
 
-    // Sections and records move into the grades; the reads in between make them anew.
-    std::vector<SectionGrade> grades;
     openOurs();
     project = ReadProject(*ours);
+    std::vector<_EVALUATE_DATA> results(Sections);
     print({"Score 2,000 sections, 20,000 records", "reading them through CDbRec", 0.1, 15,
-           [&] { grades = GradeSections(ScoringRoute::National, std::move(project), 10, 0); },
-           [&] { project = ReadProject(*ours); },
            [&] {
-               Require(project.size() == Sections, "read");
-               grades.clear();
+               for (std::size_t i = 0; i < project.size(); ++i) {
+                   EvaluateSection(results[i], project[i].Records, 50.0F, 800.0F, 10.0F, 0.0F);
+               }
            },
+           [&] { project = ReadProject(*ours); }, [&] { Require(project.size() == Sections, "read"); },
            [&] {
-               Require(grades.size() == Sections, "score");
+               Require(results.back().countJG > 0, "score");
                openOurs();
            }});
-    grades.clear();
     bare.reset();
     ours.reset();
 
