@@ -120,53 +120,48 @@ void SetFields(Record& record, const CArguments& arguments) {
     }
 }
 
+// A project that is open, and which of its rows the call is about.
+class CTarget {
+public:
+    CTarget(const CommandContext& context, const char* option, bool withFields)
+        : Arguments(context.Words, {option}, {}) {
+        Arguments.ExpectPlaces(withFields ? 2 : 1, withFields ? std::string::npos : 1);
+        ID = Arguments.RequireId(option);
+        OpenProject(Database, context, Arguments.Places()[0]);
+    }
+
+    CArguments Arguments;
+    CDbRec Database;
+    std::int32_t ID = 0;
+};
+
 }  // namespace
 
 int RunGpsCalc(const CommandContext& context) {
-    const CArguments arguments(context.Words, {"--section"}, {});
-    arguments.ExpectPlaces(1, 1);
-    const std::int32_t id = arguments.RequireId("--section");
-    CDbRec database;
-    OpenProject(database, context, arguments.Places()[0]);
-    return database.RecalcRecordGps(id) ? 0 : 1;
+    CTarget target(context, "--section", false);
+    return target.Database.RecalcRecordGps(target.ID) ? 0 : 1;
 }
 
 int RunDeleteSection(const CommandContext& context) {
-    const CArguments arguments(context.Words, {"--section"}, {});
-    arguments.ExpectPlaces(1, 1);
-    const std::int32_t id = arguments.RequireId("--section");
-    CDbRec database;
-    OpenProject(database, context, arguments.Places()[0]);
-    return database.DeleteTesting(FindSection(database, id)) ? 0 : 1;
+    CTarget target(context, "--section", false);
+    return target.Database.DeleteTesting(FindSection(target.Database, target.ID)) ? 0 : 1;
 }
 
 int RunDeleteRecord(const CommandContext& context) {
-    const CArguments arguments(context.Words, {"--record"}, {});
-    arguments.ExpectPlaces(1, 1);
-    const std::int32_t id = arguments.RequireId("--record");
-    CDbRec database;
-    OpenProject(database, context, arguments.Places()[0]);
-    return database.DeleteRecord(FindRecord(database, id).ID) ? 0 : 1;
+    CTarget target(context, "--record", false);
+    return target.Database.DeleteRecord(FindRecord(target.Database, target.ID).ID) ? 0 : 1;
 }
 
 int RunEditSection(const CommandContext& context) {
-    const CArguments arguments(context.Words, {"--section"}, {});
-    arguments.ExpectPlaces(2, std::string::npos);
-    const std::int32_t id = arguments.RequireId("--section");
-    CDbRec database;
-    OpenProject(database, context, arguments.Places()[0]);
-    _TESTING_DATA section = FindSection(database, id);
-    SetFields(section, arguments);
-    return database.UpdateTesting(section) ? 0 : 1;
+    CTarget target(context, "--section", true);
+    _TESTING_DATA section = FindSection(target.Database, target.ID);
+    SetFields(section, target.Arguments);
+    return target.Database.UpdateTesting(section) ? 0 : 1;
 }
 
 int RunEditRecord(const CommandContext& context) {
-    const CArguments arguments(context.Words, {"--record"}, {});
-    arguments.ExpectPlaces(2, std::string::npos);
-    const std::int32_t id = arguments.RequireId("--record");
-    CDbRec database;
-    OpenProject(database, context, arguments.Places()[0]);
-    _REC_DATA record = FindRecord(database, id);
-    SetFields(record, arguments);
-    return database.UpdateRecord(record) ? 0 : 1;
+    CTarget target(context, "--record", true);
+    _REC_DATA record = FindRecord(target.Database, target.ID);
+    SetFields(record, target.Arguments);
+    return target.Database.UpdateRecord(record) ? 0 : 1;
 }

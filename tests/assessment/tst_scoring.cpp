@@ -392,17 +392,4 @@ TEST_F(Scoring, DensityLevelsBeginAtTheirLowerBound) {
     }
 }
 
-// Members of equal type are easily mixed up in the table: each must come once, in the order of the result.
-TEST(EvaluationFields, ListsEachMemberOnceInOrder) {
-    const _EVALUATE_DATA data;
-    const void* former = nullptr;
-    for (const EvaluationField& field : EvaluationFields()) {
-        const void* place =
-            std::visit([&](auto member) { return static_cast<const void*>(&(data.*member)); }, field.Member);
-        EXPECT_LT(former, place) << field.Name;
-        former = place;
-    }
-    EXPECT_EQ(EvaluationFields().size(), 27U);
-}
-
 }  // namespace

@@ -51,33 +51,6 @@ TEST(CriterionTables, GradesHaveTheirPlaceInTheLists) {
     EXPECT_TRUE(database.DefectCodes.empty());
 }
 
-TEST(CriterionTables, AreMadeFromADescription) {
-    const CTestFolder folder;
-    const std::string target = folder.Host("db/Criterion/s.mdb").string();
-    folder.WriteFile("db/Criterion/s.mdb", "former");
-    WriteCriterionFile(ParseCriterion(Small), target);
-    CDbRec database;
-    ASSERT_TRUE(database.OpenDatabase(folder.Path("db/Criterion/s.mdb"), CDbPassword));
-    EXPECT_EQ(database.DefectCodes, (std::vector<std::string>{"QF", "GDZC", "JCJ_A"}));
-    EXPECT_EQ(database.DefectLabels[0], "(QF)起伏");
-    std::vector<std::string> texts;
-    std::vector<float> scores;
-    EXPECT_TRUE(database.LoadDefectLevels("QF", &texts, &scores));
-    EXPECT_EQ(texts, (std::vector<std::string>{"一", "it's \"two\""}));
-    EXPECT_EQ(scores, (std::vector<float>{5.0F, 0.1F}));
-    _PRO_DATA attributes;
-    EXPECT_TRUE(database.ReadAttrib(attributes));
-    EXPECT_EQ(attributes.CriterionName, "小规范");
-    EXPECT_EQ(attributes.ProjectName, "");
-    EXPECT_EQ(database.CountRecords(-1), 0);
-    database.Close();
-
-    fs::create_directories(folder.Host("taken/x"));
-    EXPECT_THROW(WriteCriterionFile(ParseCriterion(Small), folder.Host("taken").string()),
-                 std::runtime_error);
-    EXPECT_FALSE(fs::exists(folder.Host("taken.new")));
-}
-
 TEST(CriterionTables, FaultsOfADescriptionAreNamedWithTheirPlace) {
     struct Case {
         const char* From;

@@ -69,27 +69,6 @@ TEST_F(Document, ComesBackAsItWas) {
     EXPECT_EQ(Lasting(Dump(copy)), Lasting(json));
 }
 
-TEST_F(Document, DefaultsStandForWhatIsMissing) {
-    EXPECT_TRUE(LoadProject(Db, "{}").Done);
-    Folder.Prompts.Expect(2801);
-    Folder.Prompts.Expect(2800);
-    const LoadResult result = LoadProject(Db, R"({"sections": [{"ID": 7, "TestingName": "x"},
-        {"records": [{"DefectCode": "gdzc", "ID": 9, "TestingID": 55}, {"DefectCode": "PL"}]}],
-        "recordsWithoutSection": [{"DefectCode": "PL", "TestingID": 5}, {"DefectCode": "GDZC", "TestingID": 5},
-                                  {"DefectCode": "GDZC", "TestingID": 6}]})");
-    EXPECT_TRUE(result.Done);
-    EXPECT_EQ(result.SectionsAdded, 2);
-    EXPECT_EQ(result.RecordsAdded, 3);
-    EXPECT_EQ(result.Refused, (std::vector<std::string>{"sections 2, records 2", "recordsWithoutSection 2"}));
-    CTestingDataArray sections;
-    CRecDataArray records;
-    ASSERT_TRUE(Db.ReadTestings(sections) && Db.ReadRecords(2, records, false));
-    EXPECT_EQ(sections[0].ID, 1);
-    EXPECT_EQ(sections[0].CreateTime, "2026-03-14 09:26:53");
-    ASSERT_EQ(records.GetSize(), 1);
-    EXPECT_EQ(records[0].GetPicTime1(), -1.0);
-}
-
 TEST_F(Document, FaultsAreNamedBeforeAnythingIsWritten) {
     struct Case {
         const char* Json;
