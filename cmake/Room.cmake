@@ -1,10 +1,11 @@
-# drovane_room(name ROOT dir SOURCES... [PUBLIC libs...] [PRIVATE libs...])
+# drovane_room(name ROOT dir [WINDOWS] SOURCES... [PUBLIC libs...] [PRIVATE libs...])
 #
 # A static library of one folder. Its headers are reachable only for those who link it: the include
 # folder that it publishes holds nothing but a link to its own folder. So an include against the
 # direction of the arrows does not compile, and neither does an include of Qt in a room without it.
+# WINDOWS is for rooms of windows and controls: they get Qt Widgets.
 function(drovane_room name)
-  cmake_parse_arguments(ROOM "" "ROOT" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+  cmake_parse_arguments(ROOM "WINDOWS" "ROOT" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
   set(published ${CMAKE_BINARY_DIR}/include/${name})
   get_filename_component(parent ${published}/${ROOM_ROOT} DIRECTORY)
   file(MAKE_DIRECTORY ${parent})
@@ -13,8 +14,17 @@ function(drovane_room name)
   add_library(${name} STATIC ${ROOM_SOURCES})
   target_include_directories(${name} PUBLIC ${published})
   target_link_libraries(${name} PUBLIC ${ROOM_PUBLIC} PRIVATE drovane_warnings ${ROOM_PRIVATE})
-  drovane_precompile(${name})
+  if(ROOM_WINDOWS)
+    target_link_libraries(${name} PUBLIC Qt6::Widgets)
+    drovane_precompile(${name} ${DROVANE_WINDOW_HEADERS})
+  else()
+    drovane_precompile(${name})
+  endif()
 endfunction()
+
+set(DROVANE_WINDOW_HEADERS
+  <QAction> <QApplication> <QBoxLayout> <QComboBox> <QDialog> <QEvent> <QLabel> <QLineEdit> <QPainter>
+  <QPixmap> <QPushButton> <QString> <QTimer> <QWidget>)
 
 function(drovane_precompile name)
   if(DROVANE_PCH)
