@@ -8,6 +8,7 @@
 #include <cctype>
 #include <cerrno>
 
+#include "shell/CProgress.h"
 #include "shell/CUnixFile.h"
 #include "shell/textcodec.h"
 
@@ -191,6 +192,12 @@ bool CHostFiles::WriteFile(std::string_view path, std::string_view bytes) {
 }
 
 bool CHostFiles::CopyFile(std::string_view from, std::string_view to, Existing existing) {
+    CProgress silent;
+    return CopyFile(from, to, existing, silent);
+}
+
+bool CHostFiles::CopyFile(std::string_view from, std::string_view to, Existing existing,
+                          CProgress& progress) {
     MakeDrive(to);
     const std::string source = HostPath(from);
     const std::string target = HostPath(to);
@@ -207,15 +214,15 @@ bool CHostFiles::CopyFile(std::string_view from, std::string_view to, Existing e
             return false;
         }
     }
-    return CopyBytes(source, target, sourceState, true, existing);
+    return CopyBytes(source, target, sourceState, true, existing, progress);
 }
 
 bool CHostFiles::CopyBytes(const std::string& from, const std::string& to, const struct stat& source,
-                           bool flush, Existing existing) {
+                           bool flush, Existing existing, CProgress& progress) {
     const CCreation creation(m_folders, to);
     CUnixFile in(from, O_RDONLY);
     CTemporaryTwin twin(to, 0644);
-    return in.IsOpen() && twin.CopyFrom(in) && twin.SetTime(source.st_mtim) &&
+    return in.IsOpen() && twin.CopyFrom(in, progress) && twin.SetTime(source.st_mtim) &&
            twin.TakePlace(flush, existing);
 }
 
@@ -287,7 +294,8 @@ bool CHostFiles::MirrorFile(std::string_view from, std::string_view to) {
         std::error_code error;
         fs::create_directories(ParentOf(target), error);
     }
-    if (!CopyBytes(source, target, sourceState, false, Existing::Replace)) {
+    CProgress silent;
+    if (!CopyBytes(source, target, sourceState, false, Existing::Replace, silent)) {
         m_mirrored.erase(target);
         return false;
     }

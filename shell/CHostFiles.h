@@ -28,6 +28,8 @@
 #include "shell/CFolderCache.h"
 #include "shell/CTemporaryTwin.h"
 
+class CProgress;
+
 class CHostFiles {
 public:
     using Existing = CTemporaryTwin::Existing;
@@ -56,6 +58,8 @@ public:
     bool WriteFile(std::string_view path, std::string_view bytes);
     // The copy is writable, appears whole or not at all, and is flushed.
     bool CopyFile(std::string_view from, std::string_view to, Existing existing);
+    // The same for large files: `progress` is told bytes, and can stop the copy.
+    bool CopyFile(std::string_view from, std::string_view to, Existing existing, CProgress& progress);
     // Makes `to` a copy of `from` if it isn't one yet. A copy takes over the modification time and
     // remembers its source, so that looking again whether it still holds costs one look at the source.
     // `to` lies in a folder of the program's own.
@@ -107,7 +111,7 @@ private:
     std::string Unresolved(std::string_view path) const;
     Mirror& ResolveMirror(std::string_view from, std::string_view to);
     bool CopyBytes(const std::string& from, const std::string& to, const struct stat& source, bool flush,
-                   Existing existing);
+                   Existing existing, CProgress& progress);
 
     std::filesystem::path m_appFolder;
     mutable CFolderCache m_folders;

@@ -10,3 +10,9 @@ void ShowMessage(int number, std::string_view appended) {
 bool AskOkCancel(int number) {
     return Prompts().AskOkCancel(number, LoadMessage(number));
 }
+
+std::vector<std::string> CPrompts::PickOpenFiles(const std::string& title,
+                                                 const std::vector<FileFilter>& filters) {
+    std::string path = PickOpenFile(title, filters);
+    return path.empty() ? std::vector<std::string>() : std::vector<std::string>{std::move(path)};
+}

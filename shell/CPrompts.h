@@ -24,6 +24,9 @@ public:
     virtual bool AskOkCancel(int number, const std::string& text) = 0;
     // The choosers give path texts; empty when the operator cancels.
     virtual std::string PickOpenFile(const std::string& title, const std::vector<FileFilter>& filters) = 0;
+    // Several at once, in the order chosen. By default one.
+    virtual std::vector<std::string> PickOpenFiles(const std::string& title,
+                                                   const std::vector<FileFilter>& filters);
     virtual std::string PickSaveFile(const std::string& title, const std::string& defaultName,
                                      const std::string& defaultExtension,
                                      const std::vector<FileFilter>& filters) = 0;

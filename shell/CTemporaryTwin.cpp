@@ -8,7 +8,11 @@
 #include <cstdlib>
 #include <vector>
 
+#include "shell/CProgress.h"
+
 namespace {
+
+constexpr std::int64_t FlushStep = 64 << 20;
 
 // The target's own name need not fit with an addition, so the twin has a short one.
 std::string TwinPattern(const std::string& target) {
@@ -39,9 +43,17 @@ bool CTemporaryTwin::Write(std::string_view bytes) {
     return m_file.IsOpen() && m_file.WriteAll(bytes);
 }
 
-bool CTemporaryTwin::CopyFrom(const CUnixFile& source) {
+bool CTemporaryTwin::CopyFrom(const CUnixFile& source, CProgress& progress) {
+    struct stat state {};
+    const std::int64_t total = source.State(state) ? state.st_size : 0;
+    std::int64_t done = 0;
+    std::int64_t flushed = 0;
     std::vector<char> buffer(1 << 18);
     for (;;) {
+        progress.At(done, total, {});
+        if (progress.Stopped()) {
+            return false;
+        }
         const ssize_t got = read(source.Descriptor(), buffer.data(), buffer.size());
         if (got < 0 && errno == EINTR) {
             continue;
@@ -51,6 +63,12 @@ bool CTemporaryTwin::CopyFrom(const CUnixFile& source) {
         }
         if (!Write(std::string_view(buffer.data(), static_cast<std::size_t>(got)))) {
             return false;
+        }
+        done += got;
+        // In steps, so that the last flush of a video of many gigabytes isn't a wait without a sign of life.
+        if (done - flushed >= FlushStep) {
+            flushed = done;
+            (void)fdatasync(m_file.Descriptor());
         }
     }
 }

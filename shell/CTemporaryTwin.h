@@ -7,6 +7,8 @@
 
 #include "shell/CUnixFile.h"
 
+class CProgress;
+
 // Vanishes unless it takes the target's place.
 class CTemporaryTwin {
 public:
@@ -16,7 +18,8 @@ public:
     CTemporaryTwin& operator=(const CTemporaryTwin&) = delete;
 
     bool Write(std::string_view bytes);
-    bool CopyFrom(const CUnixFile& source);
+    // Long copies tell where they stand; one that `progress` stops fails.
+    bool CopyFrom(const CUnixFile& source, CProgress& progress);
     bool SetTime(const timespec& modification);
     enum class Existing { Replace, Keep };
     // With `flush` the new version has reached the disk before the old one goes. False, with Keep, if a file

@@ -53,3 +53,13 @@ std::string CScriptedPrompts::PickSaveFile(const std::string&, const std::string
 std::string CScriptedPrompts::PickFolder(const std::string&) {
     return TakePath();
 }
+
+std::vector<std::string> CScriptedPrompts::PickOpenFiles(const std::string&, const std::vector<FileFilter>&) {
+    if (m_pathLists.empty()) {
+        ADD_FAILURE() << "unexpected chooser";
+        return {};
+    }
+    std::vector<std::string> paths = m_pathLists.front();
+    m_pathLists.pop_front();
+    return paths;
+}

@@ -18,6 +18,7 @@ public:
     void Allow(int number) { m_allowed.push_back(number); }
     // What the next chooser gives; without one a chooser fails the test.
     void GivePath(const std::string& path) { m_paths.push_back(path); }
+    void GivePaths(std::vector<std::string> paths) { m_pathLists.push_back(std::move(paths)); }
     bool AllCame() const { return m_expected.empty(); }
     const std::string& LastText() const { return m_lastText; }
 
@@ -28,6 +29,8 @@ public:
                              const std::string& defaultExtension,
                              const std::vector<FileFilter>& filters) override;
     std::string PickFolder(const std::string& title) override;
+    std::vector<std::string> PickOpenFiles(const std::string& title,
+                                           const std::vector<FileFilter>& filters) override;
 
 private:
     struct Expected {
@@ -40,5 +43,6 @@ private:
     std::deque<Expected> m_expected;
     std::vector<int> m_allowed;
     std::deque<std::string> m_paths;
+    std::deque<std::vector<std::string>> m_pathLists;
     std::string m_lastText;
 };

@@ -1,0 +1,114 @@
+#include "shell/dialogs/CQtPrompts.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QStringList>
+
+#include "shell/CHostFiles.h"
+#include "shell/dialogs/qttext.h"
+#include "shell/language.h"
+
+namespace {
+
+constexpr int MessageBackslash = 3000;
+
+void NameButton(QMessageBox& box, QMessageBox::StandardButton button, int number) {
+    // With a missing language file the toolkit's own text beats an empty button.
+    if (const QString text = MessageText(number); !text.isEmpty()) {
+        box.button(button)->setText(text);
+    }
+}
+
+bool RunBox(QMessageBox::Icon icon, const std::string& text, QMessageBox::StandardButtons buttons) {
+    QMessageBox box(icon, QApplication::applicationDisplayName(), ToQt(text), buttons,
+                    QApplication::activeWindow());
+    box.setTextFormat(Qt::PlainText);
+    box.setTextInteractionFlags(Qt::TextSelectableByMouse);
+    NameButton(box, QMessageBox::Ok, 50);
+    if ((buttons & QMessageBox::Cancel) != 0) {
+        NameButton(box, QMessageBox::Cancel, 51);
+        box.setEscapeButton(QMessageBox::Cancel);
+    }
+    box.setDefaultButton(QMessageBox::Ok);
+    return box.exec() == QMessageBox::Ok;
+}
+
+constexpr QFileDialog::Options ChooserOptions = QFileDialog::HideNameFilterDetails;
+
+}  // namespace
+
+QString ChooserFilters(const std::vector<FileFilter>& filters) {
+    QStringList rows;
+    for (const FileFilter& filter : filters) {
+        QStringList patterns;
+        for (const std::string& pattern : filter.Patterns) {
+            const QString given = ToQt(pattern == "*.*" ? "*" : pattern);
+            patterns << given;
+            for (const QString& other : {given.toLower(), given.toUpper()}) {
+                if (!patterns.contains(other)) {
+                    patterns << other;
+                }
+            }
+        }
+        rows << ToQt(filter.Label) + " (" + patterns.join(' ') + ")";
+    }
+    return rows.join(";;");
+}
+
+void CQtPrompts::ShowMessage(int, const std::string& text) {
+    (void)RunBox(QMessageBox::Information, text, QMessageBox::Ok);
+}
+
+bool CQtPrompts::AskOkCancel(int, const std::string& text) {
+    return RunBox(QMessageBox::Question, text, QMessageBox::Ok | QMessageBox::Cancel);
+}
+
+std::string CQtPrompts::Chosen(const QString& hostPath) {
+    if (hostPath.isEmpty()) {
+        return {};
+    }
+    const QFileInfo info(hostPath);
+    m_folder = info.isDir() ? hostPath : info.absolutePath();
+    const auto path = CHostFiles::PathText(FromQt(hostPath));
+    if (!path) {
+        ::ShowMessage(MessageBackslash, FromQt(hostPath));
+        return {};
+    }
+    return *path;
+}
+
+std::string CQtPrompts::PickOpenFile(const std::string& title, const std::vector<FileFilter>& filters) {
+    return Chosen(QFileDialog::getOpenFileName(QApplication::activeWindow(), ToQt(title), m_folder,
+                                               ChooserFilters(filters), nullptr, ChooserOptions));
+}
+
+std::vector<std::string> CQtPrompts::PickOpenFiles(const std::string& title,
+                                                   const std::vector<FileFilter>& filters) {
+    std::vector<std::string> paths;
+    for (const QString& file :
+         QFileDialog::getOpenFileNames(QApplication::activeWindow(), ToQt(title), m_folder,
+                                       ChooserFilters(filters), nullptr, ChooserOptions)) {
+        if (std::string path = Chosen(file); !path.empty()) {
+            paths.push_back(std::move(path));
+        }
+    }
+    return paths;
+}
+
+std::string CQtPrompts::PickSaveFile(const std::string& title, const std::string& defaultName,
+                                     const std::string& defaultExtension,
+                                     const std::vector<FileFilter>& filters) {
+    QFileDialog dialog(QApplication::activeWindow(), ToQt(title), m_folder, ChooserFilters(filters));
+    dialog.setOptions(ChooserOptions);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(ToQt(defaultExtension));
+    dialog.selectFile(ToQt(defaultName));
+    return dialog.exec() == QDialog::Accepted ? Chosen(dialog.selectedFiles().value(0)) : std::string();
+}
+
+std::string CQtPrompts::PickFolder(const std::string& title) {
+    return Chosen(QFileDialog::getExistingDirectory(QApplication::activeWindow(), ToQt(title), m_folder));
+}

@@ -1,0 +1,21 @@
+// The start of test programs with windows. They need no display: without one, the windows are drawn into
+// memory.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <clocale>
+
+#include "shell/dialogs/theme.h"
+
+int main(int argc, char** argv) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    testing::InitGoogleTest(&argc, argv);
+    QApplication application(argc, argv);
+    std::setlocale(LC_NUMERIC, "C");
+    QApplication::setApplicationDisplayName("Drovane");
+    QApplication::setQuitOnLastWindowClosed(false);
+    ApplyTheme(application);
+    return RUN_ALL_TESTS();
+}

@@ -1,0 +1,96 @@
+#include <gtest/gtest.h>
+
+#include <QBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+#include "shell/anchors.h"
+#include "shell/dialogs/CQtPrompts.h"
+#include "shell/dialogs/CSizeDlg.h"
+#include "tests/support/CTestFolder.h"
+#include "tests/support/windows.h"
+
+namespace {
+
+class CSample : public CSizeDlg {
+public:
+    CSample() {
+        auto* column = new QVBoxLayout(this);
+        column->addWidget(AddControl(10, new QLabel("built in", this)));
+        column->addWidget(AddControl(11, new QLineEdit(this)));
+        column->addLayout(MakeOkCancelRow());
+        SetCaptions({{10, 601}, {IdOk, 50}, {IdCancel, 51}});
+        AddAnchor(11, true, true, true, true);
+        AddAnchor(IdOk, false, false, true, true);
+    }
+    using CSizeDlg::IsTimerRunning;
+    using CSizeDlg::KillTimer;
+    using CSizeDlg::SetTimer;
+    bool OnControlMessage(int message, std::intptr_t wParam, std::intptr_t lParam) override {
+        Told.push_back(message * 100 + static_cast<int>(wParam * 10 + lParam));
+        return true;
+    }
+    void OnTimer(int id) override {
+        KillTimer(id);
+        Fired.push_back(id);
+    }
+    std::vector<int> Told;
+    std::vector<int> Fired;
+};
+
+}  // namespace
+
+TEST(Anchors, EdgesKeepTheirDistanceOrTheirSize) {
+    const ControlRect rect{10, 20, 30, 50};
+    EXPECT_EQ(FitControl({1, true, true, true, true, false}, rect, 5, 7), (ControlRect{10, 20, 35, 57}));
+    EXPECT_EQ(FitControl({1, false, false, true, true, false}, rect, 5, 7), (ControlRect{15, 27, 35, 57}));
+    EXPECT_EQ(FitControl({1, false, true, false, true, false}, rect, -12, -60), (ControlRect{0, 20, 20, 0}));
+}
+
+TEST(SizeDlg, FollowsItsAnchorsAndNeverShrinksBelowItsFirstSize) {
+    const CTestFolder folder;
+    CSample dialog;
+    dialog.show();
+    WaitFor(20);
+    EXPECT_EQ(TextOf(dialog, 10), "工程名称:");
+    const QSize first = dialog.size();
+    const QRect edit = dialog.GetDlgItem(11)->geometry();
+    const QRect ok = dialog.GetDlgItem(1)->geometry();
+    const QRect label = dialog.GetDlgItem(10)->geometry();
+    dialog.resize(first + QSize(90, 40));
+    WaitFor(20);
+    EXPECT_EQ(dialog.GetDlgItem(11)->geometry(), edit.adjusted(0, 0, 90, 40));
+    EXPECT_EQ(dialog.GetDlgItem(1)->geometry(), ok.translated(90, 40));
+    EXPECT_EQ(dialog.GetDlgItem(10)->geometry(), label);
+    dialog.resize(10, 10);
+    WaitFor(20);
+    EXPECT_EQ(dialog.size(), first);
+    EXPECT_EQ(dialog.GetDlgItem(11)->geometry(), edit);
+}
+
+TEST(SizeDlg, ATimerSetAgainStartsAnew) {
+    const CTestFolder folder;
+    CSample dialog;
+    dialog.SetTimer(1, 40);
+    dialog.SetTimer(2, 60);
+    WaitFor(25);
+    dialog.SetTimer(1, 80);
+    EXPECT_TRUE(WaitFor([&] { return dialog.Fired.size() == 2; }));
+    EXPECT_EQ(dialog.Fired, (std::vector<int>{2, 1}));
+    EXPECT_FALSE(dialog.IsTimerRunning(1));
+}
+
+TEST(SizeDlg, MessagesOfControlsReachTheirWindow) {
+    const CTestFolder folder;
+    CSample dialog;
+    EXPECT_TRUE(SendToDialog(dialog.GetDlgItem(11), 7, 2, 3));
+    EXPECT_EQ(dialog.Told, std::vector<int>{723});
+    const QWidget alone;
+    EXPECT_FALSE(SendToDialog(&alone, 7, 2, 3));
+}
+
+TEST(Prompts, FiltersTakeBothCasesAndAllFiles) {
+    EXPECT_EQ(ChooserFilters({{"XML File(*.xml)", {"*.xml"}}, {"All Files(*.*)", {"*.*"}}}),
+              "XML File(*.xml) (*.xml *.XML);;All Files(*.*) (*)");
+}
