@@ -64,6 +64,7 @@ struct _TESTING_DATA {
     std::string TestingCompany;
     std::string Tester;
 
+    std::string FirstVideo() const { return VideoFileList.substr(0, VideoFileList.find('*')); }
     // By which sections are matched across projects and shown: "%s - %s" of both manholes.
     std::string Label() const { return StartWell + " - " + EndWell; }
 };
