@@ -78,3 +78,19 @@ void EnumLanguages(std::vector<std::string>& list) {
         list.push_back(GetFileTitle(name));
     }
 }
+
+std::string FillText(std::string_view text, const std::vector<std::string>& values) {
+    std::string filled;
+    auto value = values.begin();
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool placeholder =
+            text[i] == '%' && i + 1 < text.size() && (text[i + 1] == 's' || text[i + 1] == 'd');
+        if (placeholder && value != values.end()) {
+            filled += *value++;
+            ++i;
+        } else {
+            filled += text[i];
+        }
+    }
+    return filled;
+}

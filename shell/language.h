@@ -9,6 +9,10 @@
 // Indexed by message number; a hole is an empty text.
 using LanguageTable = std::vector<std::string>;
 
+// Puts `values` in place of the text's "%s" and "%d" in turn. Everything else stands as it is: language files
+// are open to their users, and no text of theirs may reach a formatting function.
+std::string FillText(std::string_view text, const std::vector<std::string>& values);
+
 // Loads the table at the first call. A number without a text gives an empty one.
 std::string LoadMessage(int number);
 // Empties the table and reads the file of the language in force.

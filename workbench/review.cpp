@@ -1,0 +1,106 @@
+#include "workbench/review.h"
+
+#include <chrono>
+
+#include "shell/CHostFiles.h"
+#include "shell/CPrompts.h"
+#include "shell/language.h"
+#include "shell/paths.h"
+#include "shell/seams.h"
+#include "shell/textcodec.h"
+#include "store/CDbError.h"
+#include "store/CDbRec.h"
+#include "workbench/capture/grabframe.h"
+#include "workbench/capture/picturepath.h"
+
+namespace {
+
+// A broken file may claim any length; nobody inspects a section for more than a month.
+constexpr double LongestVideo = std::chrono::duration<double>(std::chrono::days(31)).count();
+
+void DeletePicture(const std::string& path) {
+    if (!path.empty() && !HostFiles().DeleteFile(path) && HostFiles().Exists(path)) {
+        ShowMessage(2105, "\r\n" + path);
+    }
+}
+
+bool AskForSecondPicture(std::string_view defectName) {
+    return Prompts().AskOkCancel(2200, FillText(LoadMessage(2200), {std::string(defectName)}));
+}
+
+}  // namespace
+
+std::string ReviewTitle(std::string_view projectName, std::string_view criterionName) {
+    std::string title = LoadMessage(2183);
+    if (!projectName.empty()) {
+        title.append(" - ").append(projectName).append(" [").append(criterionName).append("]");
+    }
+    return title;
+}
+
+Markers BuildMarkers(const CRecDataArray& records, std::string_view video, double duration) {
+    Markers markers;
+    if (!(duration > 0.0)) {
+        return markers;
+    }
+    const auto seconds = static_cast<std::size_t>(std::min(duration, LongestVideo));
+    markers.Flags.assign(seconds, 0);
+    markers.Rows.assign(seconds, 0);
+    for (int row = 0; row < records.GetSize(); ++row) {
+        const double time = records[row].GetPicTime1();
+        if (time >= 0.0 && time < static_cast<double>(seconds) && EqualNoCase(records[row].Video, video)) {
+            const auto second = static_cast<std::size_t>(time);
+            markers.Flags[second] = 1;
+            markers.Rows[second] = static_cast<std::uint32_t>(row);
+        }
+    }
+    return markers;
+}
+
+bool RenumberSections(CDbRec& database, const std::vector<std::int32_t>& ids) {
+    try {
+        CDbBatch batch(database);
+        std::int32_t place = 0;
+        for (const std::int32_t id : ids) {
+            if (!database.SetTestingOrder(id, ++place)) {
+                return false;
+            }
+        }
+        batch.Commit();
+        return true;
+    } catch (const CDbError&) {
+        ShowMessage(2008);
+        return false;
+    }
+}
+
+bool DeleteDefect(CDbRec& database, const _REC_DATA& record) {
+    if (!database.DeleteRecord(record.ID)) {
+        return false;
+    }
+    DeletePicture(record.GetPicture1());
+    DeletePicture(record.GetPicture2());
+    return true;
+}
+
+bool AddSecondPicture(CDbRec& database, _REC_DATA record, std::string_view defectName, std::string_view video,
+                      double seconds) {
+    constexpr int MostPictures = 2;
+    if (record.Pictures.GetSize() >= MostPictures) {
+        ShowMessage(2199);
+        return false;
+    }
+    if (!AskForSecondPicture(defectName)) {
+        return false;
+    }
+    const std::string path = BuildPicturePath(video);
+    if (path.empty()) {
+        return false;
+    }
+    if (!GrabFrame(video, seconds, path)) {
+        ShowMessage(2201);
+    }
+    BackupOriginal(path);
+    record.AddPicture(path, seconds);
+    return database.UpdateRecord(record);
+}

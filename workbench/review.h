@@ -1,0 +1,37 @@
+// What the review window decides and does, without the window.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "store/records/records.h"
+
+class CDbRec;
+
+// "Drovane 判读信息 - project [standard]"; without a project only the program's part.
+std::string ReviewTitle(std::string_view projectName, std::string_view criterionName);
+
+// Where the defects of a section lie in its video. One entry a whole second, in both lists.
+struct Markers {
+    std::vector<std::uint8_t> Flags;  // 1: a defect's first picture lies in this second
+    std::vector<std::uint32_t> Rows;  // of the defect list; of several the last
+};
+
+// `duration` in seconds. Records of other videos don't count.
+Markers BuildMarkers(const CRecDataArray& records, std::string_view video, double duration);
+
+// Gives the sections their places in this order, from 1 on; stops at the first that fails, which has told
+// its message. What was done stays.
+bool RenumberSections(CDbRec& database, const std::vector<std::int32_t>& ids);
+
+// Deletes the row, then its picture files; one that can't be deleted is told with message 2105. The originals
+// and the copies for reports stay. False, with the files untouched, if the row can't be deleted.
+bool DeleteDefect(CDbRec& database, const _REC_DATA& record);
+
+// Takes the frame of `video` at `seconds` as the record's second picture and stores the record. Asks with
+// message 2200. True if the record was stored; a frame that can't be taken is told with 2201, and the record
+// gets the name of the missing file.
+bool AddSecondPicture(CDbRec& database, _REC_DATA record, std::string_view defectName, std::string_view video,
+                      double seconds);
