@@ -46,6 +46,8 @@ public:
     bool ReadRecords(std::int32_t testingId, CRecDataArray& out, bool withEvaluate);
     // 2018 and -1 on failure. Below 0: of the whole project.
     std::int32_t CountRecords(std::int32_t testingId);
+    // 2018. Of all sections at once, by section ID; one without records is missing.
+    bool CountRecordsBySection(std::unordered_map<std::int32_t, std::int32_t>& counts);
     // 2800, 2801, 2014. A section holds either the one record "GDZC" (nothing wrong) or defects, never
     // both; `in.DefectType` must be filled for that to be seen.
     bool AddRecord(const _REC_DATA& in);

@@ -114,6 +114,21 @@ std::int32_t CDbRec::CountRecords(std::int32_t testingId) {
     }
 }
 
+bool CDbRec::CountRecordsBySection(std::unordered_map<std::int32_t, std::int32_t>& counts) {
+    counts.clear();
+    try {
+        for (CDbCursor rows = Execute("Select TestingID, count(*) as RecordCount from Record "
+                                      "where TestingID is not null group by TestingID");
+             !rows.IsEof(); rows.MoveNext()) {
+            counts[rows.GetLong("TestingID")] = rows.GetLong("RecordCount");
+        }
+        return true;
+    } catch (const CDbError&) {
+        ShowMessage(2018);
+        return false;
+    }
+}
+
 // What the rule of AddRecord asks, with the same messages and the same copies of pictures as a read of
 // the section for each new record would give.
 bool CDbRec::LookAtSection(std::int32_t testingId, SectionState& state) {

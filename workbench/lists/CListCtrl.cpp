@@ -1,0 +1,297 @@
+#include "workbench/lists/CListCtrl.h"
+
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <QTextDocument>
+#include <QToolTip>
+
+#include "shell/dialogs/theme.h"
+#include "workbench/lists/CListDelegate.h"
+#include "workbench/lists/CListModel.h"
+#include "workbench/roworder.h"
+
+namespace {
+
+constexpr int LeastColumnWidth = 24;  // pixels
+constexpr int EmptyTextMargin = 16;
+
+}  // namespace
+
+CListCtrl::CListCtrl(QWidget* parent) : QTreeView(parent), m_model(new CListModel(this)) {
+    m_model->MakeText = [this](int row, int column) { return MakeText(row, column); };
+    m_model->TextColour = [this](int row) { return TextColour(row); };
+    m_model->OnChecked = [this] { NotifyChanged(); };
+    setModel(m_model);
+    setItemDelegate(new CListDelegate(this));
+    setRootIsDecorated(false);
+    setItemsExpandable(false);
+    setExpandsOnDoubleClick(false);
+    setUniformRowHeights(true);
+    setAllColumnsShowFocus(true);
+    setSelectionMode(SingleSelection);
+    setEditTriggers(NoEditTriggers);
+    setHorizontalScrollMode(ScrollPerPixel);
+    header()->setSectionsMovable(false);
+    header()->setStretchLastSection(false);
+    header()->setHighlightSections(false);
+    header()->setMinimumSectionSize(LeastColumnWidth);
+    header()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    connect(header(), &QHeaderView::sectionResized, this, [this](int column, int, int) {
+        if (!m_fitting) {
+            m_sizedByUser.insert(column);
+        }
+    });
+    connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { NotifyChanged(); });
+    connect(this, &QTreeView::doubleClicked, this, [this](const QModelIndex& index) {
+        if (OnDoubleClick) {
+            OnDoubleClick(index.row());
+        }
+    });
+}
+
+CListCtrl::~CListCtrl() {
+    // Changes while the base goes down are nobody's business.
+    selectionModel()->disconnect(this);
+}
+
+void CListCtrl::InsertColumn(const QString& heading, int width, bool rightAligned) {
+    m_model->AddColumn(
+        {heading, (rightAligned ? Qt::AlignRight : Qt::AlignLeft) | Qt::Alignment(Qt::AlignVCenter)});
+    m_widths.push_back(width);
+    FitColumns();
+}
+
+void CListCtrl::ShowCheckBoxes() {
+    m_model->ShowCheckBoxes();
+}
+
+void CListCtrl::AllowSeveral() {
+    setSelectionMode(ExtendedSelection);
+}
+
+void CListCtrl::SetEmptyText(const QString& text) {
+    m_emptyText = text;
+    viewport()->update();
+}
+
+int CListCtrl::FullWidth() const {
+    return header()->length() + verticalScrollBar()->sizeHint().width() + 2 * frameWidth();
+}
+
+int CListCtrl::RowCount() const {
+    return m_model->Count();
+}
+
+int CListCtrl::ColumnCount() const {
+    return m_model->columnCount();
+}
+
+std::string CListCtrl::RowText(int row, int column) const {
+    return IsRow(row) && column >= 0 && column < ColumnCount() ? m_model->Text(row, column) : std::string();
+}
+
+std::int32_t CListCtrl::ItemData(int row) const {
+    return IsRow(row) ? m_model->At(row).Data : 0;
+}
+
+int CListCtrl::SelectedRow() const {
+    const std::vector<int> rows = SelectedRows();
+    return rows.empty() ? -1 : rows.front();
+}
+
+std::vector<int> CListCtrl::SelectedRows() const {
+    std::vector<int> rows;
+    for (const QModelIndex& index : selectionModel()->selectedRows()) {
+        rows.push_back(index.row());
+    }
+    std::sort(rows.begin(), rows.end());
+    return rows;
+}
+
+void CListCtrl::SelectRow(int row) {
+    selectionModel()->clear();
+    if (IsRow(row)) {
+        const QModelIndex index = m_model->index(row, 0);
+        selectionModel()->setCurrentIndex(index,
+                                          QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+        scrollTo(index);
+    }
+}
+
+bool CListCtrl::IsChecked(int row) const {
+    return IsRow(row) && m_model->At(row).Checked;
+}
+
+void CListCtrl::SetChecked(int row, bool checked) {
+    if (IsRow(row)) {
+        m_model->Check(row, row, checked);
+    }
+}
+
+void CListCtrl::CheckAll(bool checked) {
+    m_model->Check(0, RowCount() - 1, checked);
+}
+
+void CListCtrl::AddRow(std::vector<std::string> texts, std::int32_t itemData) {
+    texts.resize(static_cast<std::size_t>(ColumnCount()));
+    m_model->Append({itemData, false, std::move(texts)});
+}
+
+void CListCtrl::DeleteRow(int row) {
+    if (!IsRow(row)) {
+        return;
+    }
+    // By itself the view would select the neighbour, and the next command would hit a row nobody chose.
+    const QModelIndex index = m_model->index(row, 0);
+    selectionModel()->select(index, QItemSelectionModel::Deselect | QItemSelectionModel::Rows);
+    if (currentIndex().row() == row) {
+        const int next = row + 1 < RowCount() ? row + 1 : row - 1;
+        selectionModel()->setCurrentIndex(m_model->index(next, 0), QItemSelectionModel::NoUpdate);
+    }
+    m_model->Remove(row);
+}
+
+void CListCtrl::DeleteAllRows() {
+    m_model->Reset({});
+    NotifyChanged();
+}
+
+void CListCtrl::SortRows(const std::function<int(int, int)>& compare) {
+    m_model->Reorder(SortedRows(RowCount(), compare));
+}
+
+std::string CListCtrl::MakeText(int, int) const {
+    return {};
+}
+
+QColor CListCtrl::TextColour(int) const {
+    return {};
+}
+
+void CListCtrl::ResetRows(const std::vector<std::int32_t>& itemData) {
+    std::vector<CListModel::Row> rows(itemData.size());
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        rows[i].Data = itemData[i];
+    }
+    m_model->Reset(std::move(rows));
+}
+
+void CListCtrl::NotifyChanged() const {
+    if (OnItemChanged) {
+        OnItemChanged();
+    }
+}
+
+// Told widths, but no heading is cut, and the last column takes what is left over.
+void CListCtrl::FitColumns() {
+    m_fitting = true;
+    const int count = static_cast<int>(m_widths.size());
+    int taken = 0;
+    for (int column = 0; column < count; ++column) {
+        if (!m_sizedByUser.contains(column)) {
+            int width = qMax(m_widths[static_cast<std::size_t>(column)], header()->sectionSizeHint(column));
+            if (column == count - 1) {
+                width = qMax(width, viewport()->width() - taken);
+            }
+            header()->resizeSection(column, width);
+        }
+        taken += header()->sectionSize(column);
+    }
+    m_fitting = false;
+}
+
+void CListCtrl::ToggleChecks() {
+    const bool checked = !IsChecked(currentIndex().row());
+    const std::vector<int> rows = SelectedRows();
+    if (std::find(rows.begin(), rows.end(), currentIndex().row()) == rows.end()) {
+        SetChecked(currentIndex().row(), checked);
+        return;
+    }
+    for (const int row : rows) {
+        SetChecked(row, checked);
+    }
+}
+
+void CListCtrl::changeEvent(QEvent* event) {
+    QTreeView::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+        FitColumns();
+    }
+}
+
+void CListCtrl::contextMenuEvent(QContextMenuEvent* event) {
+    if (!OnRightClick) {
+        QTreeView::contextMenuEvent(event);
+        return;
+    }
+    QPoint at = event->globalPos();
+    if (event->reason() == QContextMenuEvent::Keyboard && currentIndex().isValid()) {
+        at = viewport()->mapToGlobal(visualRect(currentIndex()).center());
+    }
+    OnRightClick(at);
+}
+
+void CListCtrl::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Space && m_model->HasCheckBoxes() && currentIndex().isValid()) {
+        ToggleChecks();
+        return;
+    }
+    QTreeView::keyPressEvent(event);
+}
+
+void CListCtrl::mouseMoveEvent(QMouseEvent* event) {
+    // A hand that trembles on a click mustn't select the row beside.
+    if (selectionMode() == SingleSelection && (event->buttons() & Qt::LeftButton) != 0) {
+        return;
+    }
+    QTreeView::mouseMoveEvent(event);
+}
+
+void CListCtrl::paintEvent(QPaintEvent* event) {
+    QTreeView::paintEvent(event);
+    if (RowCount() == 0 && !m_emptyText.isEmpty()) {
+        QPainter painter(viewport());
+        painter.setPen(QColor(QuietTextColour));
+        const int margin = EmptyTextMargin;
+        painter.drawText(viewport()->rect().adjusted(margin, margin, -margin, -margin),
+                         static_cast<int>(Qt::AlignCenter) | static_cast<int>(Qt::TextWordWrap), m_emptyText);
+    }
+}
+
+void CListCtrl::resizeEvent(QResizeEvent* event) {
+    QTreeView::resizeEvent(event);
+    FitColumns();
+}
+
+void CListCtrl::showEvent(QShowEvent* event) {
+    QTreeView::showEvent(event);
+    FitColumns();
+}
+
+// Empty if the cell shows all of it.
+QString CListCtrl::CutText(const QModelIndex& index) const {
+    if (!index.isValid()) {
+        return {};
+    }
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    const bool cut = itemDelegate()->sizeHint(option, index).width() > visualRect(index).width();
+    return cut ? index.data().toString() : QString();
+}
+
+bool CListCtrl::viewportEvent(QEvent* event) {
+    if (event->type() == QEvent::ToolTip) {
+        const auto* help = static_cast<QHelpEvent*>(event);
+        const QModelIndex index = indexAt(help->pos());
+        const QString text = CutText(index);
+        // As it stands, even if it looks like a markup.
+        QToolTip::showText(help->globalPos(), text.isEmpty() ? text : Qt::convertFromPlainText(text),
+                           viewport(), visualRect(index));
+        return true;
+    }
+    return QTreeView::viewportEvent(event);
+}

@@ -1,0 +1,78 @@
+#include "workbench/lists/CTestingList.h"
+
+#include "shell/dialogs/qttext.h"
+#include "store/CDbRec.h"
+#include "workbench/listtexts.h"
+#include "workbench/roworder.h"
+
+void CTestingList::CreateColumns(bool checkBoxes) {
+    if (checkBoxes) {
+        ShowCheckBoxes();
+    }
+    for (const ListColumn& column : SectionColumns()) {
+        InsertColumn(MessageText(column.Heading), column.Width, column.RightAligned);
+    }
+}
+
+bool CTestingList::Fill(CDbRec& database) {
+    DeleteAllRows();
+    m_sections.RemoveAll();
+    m_recordCounts.clear();
+    CTestingDataArray sections;
+    if (!database.ReadTestings(sections)) {
+        return false;
+    }
+    m_counted = database.CountRecordsBySection(m_recordCounts);
+    m_sections = std::move(sections);
+    std::vector<std::int32_t> ids;
+    for (const _TESTING_DATA& section : m_sections) {
+        ids.push_back(section.ID);
+    }
+    ResetRows(ids);
+    return true;
+}
+
+const _TESTING_DATA* CTestingList::SectionAt(int row) const {
+    return row >= 0 && row < m_sections.GetSize() ? &m_sections[row] : nullptr;
+}
+
+void CTestingList::DeleteRow(int row) {
+    if (SectionAt(row) != nullptr) {
+        m_sections.RemoveAt(row);
+        CDragListCtrl::DeleteRow(row);
+    }
+}
+
+void CTestingList::SortByWells() {
+    std::vector<std::string> wells;
+    for (int row = 0; row < RowCount(); ++row) {
+        wells.push_back(RowText(row, WellsColumn));
+    }
+    SortRows([&wells](int a, int b) {
+        return CompareByWells(wells[static_cast<std::size_t>(a)], wells[static_cast<std::size_t>(b)]);
+    });
+}
+
+void CTestingList::RebuildHasDefects() {
+    HasDefects.clear();
+    for (const auto& [section, count] : m_recordCounts) {
+        HasDefects.insert(section);
+    }
+    viewport()->update();
+}
+
+std::string CTestingList::MakeText(int row, int column) const {
+    const _TESTING_DATA* section = SectionAt(row);
+    if (section == nullptr) {
+        return {};
+    }
+    const auto counted = m_recordCounts.find(section->ID);
+    const std::int32_t none = m_counted ? 0 : -1;
+    return SectionText(*section, counted == m_recordCounts.end() ? none : counted->second, column);
+}
+
+QColor CTestingList::TextColour(int row) const {
+    const std::uint32_t colour = SectionColour(HasDefects.contains(ItemData(row)));
+    return {static_cast<int>(colour & 0xFF), static_cast<int>(colour >> 8 & 0xFF),
+            static_cast<int>(colour >> 16 & 0xFF)};
+}

@@ -1,0 +1,39 @@
+// The sections of a project, in its order.
+#pragma once
+
+#include <set>
+#include <unordered_map>
+
+#include "store/records/records.h"
+#include "workbench/lists/CDragListCtrl.h"
+
+class CDbRec;
+
+class CTestingList : public CDragListCtrl {
+public:
+    using CDragListCtrl::CDragListCtrl;
+
+    void CreateColumns(bool checkBoxes);
+    // False, with no rows, if the sections can't be read. What can't be counted shows -1.
+    bool Fill(CDbRec& database);
+    // Rows and sections run parallel, but a move leaves the sections where they are, until the next Fill.
+    const _TESTING_DATA* SectionAt(int row) const;  // null if there is none
+    const _TESTING_DATA* SelectedSection() const { return SectionAt(SelectedRow()); }
+    void DeleteRow(int row) override;
+    void SortByWells();
+
+    // IDs of the sections that have records; they are green. The owner decides when to look again: a section
+    // whose first record was just added stays black until the next full refresh.
+    std::set<std::int32_t> HasDefects;
+    // From what the last Fill counted.
+    void RebuildHasDefects();
+
+protected:
+    std::string MakeText(int row, int column) const override;
+    QColor TextColour(int row) const override;
+
+private:
+    CTestingDataArray m_sections;
+    std::unordered_map<std::int32_t, std::int32_t> m_recordCounts;
+    bool m_counted = false;
+};
