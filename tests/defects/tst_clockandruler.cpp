@@ -1,0 +1,54 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "defects/clockface.h"
+#include "defects/timeruler.h"
+
+namespace {
+
+// The hour of a point that lies so many degrees clockwise from straight up, on a dial of 1000 pixels.
+int HourAt(double degrees) {
+    const double radians = degrees * 3.14159265358979 / 180.0;
+    return HourOfPoint(500 + static_cast<int>(std::lround(450 * std::sin(radians))),
+                       500 - static_cast<int>(std::lround(450 * std::cos(radians))), 1000, 1000)
+        .value_or(0);
+}
+
+}  // namespace
+
+TEST(ClockFace, SectorsAreUneven) {
+    EXPECT_EQ(HourAt(0), 1);
+    EXPECT_EQ(HourAt(10), 1);
+    EXPECT_EQ(HourAt(44), 1);
+    for (int hour = 2; hour <= 11; ++hour) {
+        EXPECT_EQ(HourAt(hour * 30 - 14), hour);
+        EXPECT_EQ(HourAt(hour * 30 + 14), hour);
+    }
+    EXPECT_EQ(HourAt(346), 12);
+    EXPECT_EQ(HourAt(359), 12);
+    EXPECT_FALSE(HourOfPoint(80, 80, 160, 160));
+    EXPECT_TRUE(HourOfPoint(80, 80, 161, 161)) << "the middle of an odd dial lies between pixels";
+}
+
+TEST(ClockFace, RangesWrapOverTwelve) {
+    EXPECT_EQ(HoursInRange(11, 2), 4);
+    EXPECT_EQ(HoursInRange(3, 3), 1);
+    EXPECT_EQ(ValidHour(0), 12);
+    EXPECT_EQ(ValidHour(13), 12);
+    EXPECT_EQ(ValidHour(-5), 12);
+    EXPECT_EQ(ValidHour(1), 1);
+}
+
+TEST(TimeRuler, MarksAreSquaresBelowTheirTicks) {
+    const auto marks = LayOutMarks({0, 1, 0, 1}, 136, 24, 36);
+    EXPECT_EQ(marks[0], MarkRect());
+    EXPECT_EQ(TickOf(1, 4, 136, 36), 52);
+    EXPECT_EQ(marks[1], (MarkRect{44, 8, 60, 24}));
+    EXPECT_EQ(MarkAt(marks, 44, 8), 1);
+    EXPECT_EQ(MarkAt(marks, 60, 8), -1);
+    EXPECT_EQ(MarkAt(marks, 52, 7), -1);
+    EXPECT_EQ(MarkAt(LayOutMarks({1, 1}, 20, 24, 0), 7, 10), 0) << "of two that overlap the earlier";
+    EXPECT_TRUE(LayOutMarks({}, 100, 24, 36).empty());
+    EXPECT_EQ(TickOf(2000000, 2700000, 4000, 0), 2962) << "a long video on a wide screen";
+}

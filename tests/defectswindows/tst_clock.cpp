@@ -1,0 +1,86 @@
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <QTest>
+
+#include "defects/dialogs/C12Clock.h"
+#include "tests/support/CTestFolder.h"
+#include "tests/support/windows.h"
+
+namespace {
+
+class Clock : public testing::Test {
+protected:
+    Clock() {
+        EXPECT_TRUE(Face.SetImages("ui\\clock0.png", "ui\\clock1.png"));
+        Face.show();
+        Size = Face.width();
+    }
+    QPoint At(double x, double y) const { return {static_cast<int>(Size * x), static_cast<int>(Size * y)}; }
+    // Hours whose sector is drawn, found by what changes against the empty dial.
+    QString DrawnHours() {
+        Face.setEnabled(false);
+        const QImage dial = Face.grab().toImage();
+        Face.setEnabled(true);
+        Face.clearFocus();
+        const QImage now = Face.grab().toImage();
+        QString hours;
+        for (int hour = 1; hour <= 12; ++hour) {
+            QTransform turn;
+            turn.rotate(hour * 30.0);
+            const QPointF at = QPointF(Size, Size) / 2 + turn.map(QPointF(0, -Size * 0.3));
+            if (dial.pixel(at.toPoint()) != now.pixel(at.toPoint())) {
+                hours += QString::number(hour) + " ";
+            }
+        }
+        return hours;
+    }
+
+    CTestFolder Folder;
+    C12Clock Face;
+    int Size = 0;
+};
+
+}  // namespace
+
+TEST_F(Clock, ButtonsSetStartAndEndAndFollowTheMouse) {
+    QTest::mousePress(&Face, Qt::LeftButton, {}, At(0.95, 0.5));
+    EXPECT_EQ(Face.GetStartHour(), 3);
+    QTest::mouseMove(&Face, At(0.5, 0.95));
+    EXPECT_EQ(Face.GetStartHour(), 6);
+    QTest::mouseRelease(&Face, Qt::LeftButton, {}, At(0.5, 0.95));
+    QTest::mouseMove(&Face, At(0.95, 0.5));
+    EXPECT_EQ(Face.GetStartHour(), 6);
+    QTest::mouseClick(&Face, Qt::RightButton, {}, At(0.05, 0.5));
+    EXPECT_EQ(Face.GetEndHour(), 9);
+    QTest::mouseClick(&Face, Qt::LeftButton, {}, QPoint(Size / 2, Size / 2));
+    EXPECT_EQ(Face.GetStartHour(), 6) << "the centre stands for no hour";
+}
+
+TEST_F(Clock, KeysSetBothHours) {
+    PressKey(Face, Qt::Key_3);
+    EXPECT_EQ(Face.GetStartHour(), 3);
+    PressKey(Face, Qt::Key_0);
+    EXPECT_EQ(Face.GetStartHour(), 10);
+    PressKey(Face, Qt::Key_Right, Qt::ShiftModifier);
+    EXPECT_EQ(Face.GetEndHour(), 1) << "one after 12";
+    PressKey(Face, Qt::Key_Left, Qt::ShiftModifier);
+    EXPECT_EQ(Face.GetEndHour(), 12);
+}
+
+TEST_F(Clock, DrawsTheSectorsOfItsRange) {
+    Face.SetStartHour(11);
+    Face.SetEndHour(2);
+    EXPECT_EQ(DrawnHours(), "1 2 11 12 ");
+    Face.SetStartHour(5);
+    Face.SetEndHour(5);
+    EXPECT_EQ(DrawnHours(), "5 ");
+}
+
+TEST_F(Clock, WithoutPicturesItTakesNoClicks) {
+    C12Clock bare;
+    EXPECT_FALSE(bare.SetImages("ui\\none.png", "ui\\clock1.png"));
+    bare.resize(100, 100);
+    QTest::mouseClick(&bare, Qt::LeftButton, {}, QPoint(90, 50));
+    EXPECT_EQ(bare.GetStartHour(), 12);
+}
