@@ -89,7 +89,7 @@ public:
         for (const QPoint& point : points) {
             Mouse(QEvent::MouseMove, point);
         }
-        Photograph(*this, "drag");
+        Photograph(*this, QString("drag-%1-%2").arg(row).arg(points.size()));
         Mouse(QEvent::MouseButtonRelease, points.back());
     }
     CTestingList* List;

@@ -15,7 +15,7 @@ namespace {
 constexpr int ScrollZone = 10;   // pixels at the upper and lower edge in which a drag scrolls
 constexpr int ScrollEvery = 60;  // milliseconds
 constexpr double ImageOpacity = 0.7;
-constexpr int MarkThickness = 2;
+constexpr int MarkThickness = 3;
 
 }  // namespace
 

@@ -1,11 +1,20 @@
 #include "workbench/lists/CListDelegate.h"
 
 #include <QPainter>
+#include <QStyle>
+#include <QWidget>
 
 namespace {
 
 constexpr QRgb GridColour = 0xFFE6EAEE;
 constexpr int RowPadding = 8;  // pixels above and below the text together
+constexpr int Indent = 3;      // pixels on both sides, so that texts stand below those of the headings
+
+QStyleOptionViewItem Indented(const QStyleOptionViewItem& option) {
+    QStyleOptionViewItem inner = option;
+    inner.rect.adjust(Indent, 0, -Indent, 0);
+    return inner;
+}
 
 }  // namespace
 
@@ -21,13 +30,22 @@ void CListDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIn
 
 void CListDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                           const QModelIndex& index) const {
-    QStyledItemDelegate::paint(painter, option, index);
-    painter->setPen(QColor(GridColour));
-    painter->drawLine(option.rect.bottomLeft(), option.rect.bottomRight());
-    painter->drawLine(option.rect.topRight(), option.rect.bottomRight());
+    QStyleOptionViewItem ground = option;
+    initStyleOption(&ground, index);
+    const QWidget* view = option.widget;
+    view->style()->drawPrimitive(QStyle::PE_PanelItemViewItem, &ground, painter, view);
+    QStyledItemDelegate::paint(painter, Indented(option), index);
+    const QRect& cell = option.rect;
+    painter->fillRect(QRect(cell.left(), cell.bottom(), cell.width(), 1), QColor(GridColour));
+    painter->fillRect(QRect(cell.right(), cell.top(), 1, cell.height()), QColor(GridColour));
 }
 
 QSize CListDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
     const QSize hint = QStyledItemDelegate::sizeHint(option, index);
-    return {hint.width(), qMax(hint.height(), option.fontMetrics.height() + RowPadding)};
+    return {hint.width() + 2 * Indent, qMax(hint.height(), option.fontMetrics.height() + RowPadding)};
+}
+
+bool CListDelegate::editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,
+                                const QModelIndex& index) {
+    return QStyledItemDelegate::editorEvent(event, model, Indented(option), index);
 }
