@@ -33,7 +33,11 @@ bool RunBox(QMessageBox::Icon icon, const std::string& text, QMessageBox::Standa
         box.setEscapeButton(QMessageBox::Cancel);
     }
     box.setDefaultButton(QMessageBox::Ok);
-    return box.exec() == QMessageBox::Ok;
+    // Also in the midst of work that shows the wait cursor, the box waits for the operator.
+    QApplication::setOverrideCursor(Qt::ArrowCursor);
+    const bool confirmed = box.exec() == QMessageBox::Ok;
+    QApplication::restoreOverrideCursor();
+    return confirmed;
 }
 
 constexpr QFileDialog::Options ChooserOptions = QFileDialog::HideNameFilterDetails;
