@@ -1,0 +1,31 @@
+// The properties of a project, new or existing: name, number, location, standard and comment. The window
+// stores nothing; its caller does, with the fields as they are after OK.
+#pragma once
+
+#include <string>
+
+#include "shell/dialogs/CSizeDlg.h"
+#include "store/catalogue.h"
+
+class CDlgNewPro : public CSizeDlg {
+public:
+    explicit CDlgNewPro(QWidget* parent = nullptr);
+
+    int EditFlag = 0;         // 1: an existing project
+    int CriterionIndex = -1;  // in CriterionList; -1: none is chosen
+    std::string ProjectName;
+    std::string Comment;
+    std::string ProjectIndex;
+    std::string Location;
+    CCriterionDataArray CriterionList;  // read when the window opens
+
+    ProjectProperties Properties() const { return {ProjectName, Comment, ProjectIndex, Location}; }
+
+protected:
+    void OnInitDialog() override;
+    void OnOK() override;
+
+private:
+    void FillCriteria();
+    void ReadFields();
+};
