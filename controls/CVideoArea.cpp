@@ -1,0 +1,96 @@
+#include "controls/CVideoArea.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <algorithm>
+#include <cstdint>
+#include <utility>
+
+namespace {
+
+constexpr QColor MessageColour(0xC8, 0xD0, 0xD8);
+constexpr QSize Smallest(16, 16);
+constexpr std::size_t RowAlignment = 64;
+
+}  // namespace
+
+CVideoArea::CVideoArea(QWidget* parent) : QWidget(parent) {
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setFocusPolicy(Qt::ClickFocus);
+    setMouseTracking(true);
+}
+
+void CVideoArea::Canvas::Resize(QSize size) {
+    if (Image.size() == size) {
+        return;
+    }
+    const std::size_t width = static_cast<std::size_t>(size.width());
+    const std::size_t stride = (4 * width + RowAlignment - 1) / RowAlignment * RowAlignment;
+    Bytes = std::make_unique<unsigned char[]>(stride * static_cast<std::size_t>(size.height()) +
+                                              2 * RowAlignment);
+    const std::size_t past = reinterpret_cast<std::uintptr_t>(Bytes.get()) % RowAlignment;
+    Image = QImage(Bytes.get() + (RowAlignment - past), size.width(), size.height(),
+                   static_cast<qsizetype>(stride), QImage::Format_RGB32);
+}
+
+void CVideoArea::Draw() {
+    // Also while nothing of it can be seen: the library waits until somebody has taken its picture.
+    const qreal ratio = devicePixelRatioF();
+    m_drawn.Resize((QSizeF(size()) * ratio).toSize().expandedTo(Smallest));
+    m_isNew = OnDraw && OnDraw(m_drawn.Image);
+    if (!m_hold) {
+        Present();
+    }
+}
+
+void CVideoArea::Present() {
+    if (m_isNew) {
+        m_isNew = false;
+        std::swap(m_drawn, m_shown);
+        update();
+    }
+}
+
+void CVideoArea::SetMessage(const QString& text) {
+    if (m_message != text) {
+        m_message = text;
+        setAccessibleDescription(text);
+        update();
+    }
+}
+
+void CVideoArea::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.fillRect(rect(), Qt::black);
+    if (m_message.isEmpty()) {
+        if (!m_shown.Image.isNull()) {
+            // Of another size only until the next is drawn.
+            painter.drawImage(rect(), m_shown.Image);
+        }
+        return;
+    }
+    const int margin = std::min(24, width() / 12);
+    painter.setPen(MessageColour);
+    painter.drawText(rect().adjusted(margin, 4, -margin, -4), Qt::AlignCenter | Qt::TextWrapAnywhere,
+                     m_message);
+}
+
+void CVideoArea::resizeEvent(QResizeEvent*) {
+    Draw();
+}
+
+void CVideoArea::mousePressEvent(QMouseEvent*) {
+    setFocus(Qt::MouseFocusReason);
+}
+
+void CVideoArea::mouseMoveEvent(QMouseEvent*) {
+    if (OnMouseMove) {
+        OnMouseMove();
+    }
+}
+
+void CVideoArea::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton && OnDoubleClick) {
+        OnDoubleClick();
+    }
+}

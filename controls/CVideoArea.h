@@ -1,0 +1,51 @@
+// The black area that shows the frames of a video, or a line that says why there is none.
+#pragma once
+
+#include <QImage>
+#include <QString>
+#include <QWidget>
+#include <functional>
+#include <memory>
+
+class CVideoArea : public QWidget {
+public:
+    explicit CVideoArea(QWidget* parent);
+
+    // Draws the picture into an image of the area's size in pixels; false if there is none.
+    std::function<bool(QImage& image)> OnDraw;
+    std::function<void()> OnDoubleClick;
+    std::function<void()> OnMouseMove;
+
+    // While pictures on the way to a position come, the former one stays.
+    void Hold(bool hold) { m_hold = hold; }
+    void Draw();     // to be called for each picture that comes; doesn't show it if held
+    void Present();  // what was drawn last
+    void SetMessage(const QString& text);
+    const QString& Message() const { return m_message; }
+    const QImage& Picture() const { return m_shown.Image; }
+
+    QSize sizeHint() const override { return {480, 320}; }
+    QSize minimumSizeHint() const override { return {160, 90}; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+
+private:
+    // Rows begin at multiples of 64 bytes and are followed by as many, which the drawing may write over.
+    struct Canvas {
+        std::unique_ptr<unsigned char[]> Bytes;
+        QImage Image;
+
+        void Resize(QSize size);
+    };
+
+    QString m_message;
+    Canvas m_drawn;
+    Canvas m_shown;
+    bool m_isNew = false;  // what was drawn isn't shown yet
+    bool m_hold = false;
+};

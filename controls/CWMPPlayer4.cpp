@@ -1,0 +1,234 @@
+#include "controls/CWMPPlayer4.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QBoxLayout>
+#include <QKeyEvent>
+#include <chrono>
+
+#include "controls/CPlayerBar.h"
+#include "controls/CVideoArea.h"
+#include "shell/dialogs/qttext.h"
+#include "shell/language.h"
+
+namespace {
+
+constexpr std::chrono::seconds BarRest{3};
+constexpr std::chrono::milliseconds SlowLoad{400};
+constexpr double LongSkip = 5.0;
+constexpr double ShortSkip = 1.0;
+
+}  // namespace
+
+CWMPPlayer4::CWMPPlayer4(QWidget* parent) : QWidget(parent), m_emptyText(LoadMessage(3100)) {
+    m_panel = new QWidget(this);
+    m_area = new CVideoArea(m_panel);
+    m_area->setObjectName("picture");
+    m_area->setAccessibleName(MessageText(3124));
+    m_bar = new CPlayerBar(m_playback, m_panel);
+    auto* inner = new QVBoxLayout(m_panel);
+    inner->setContentsMargins(0, 0, 0, 0);
+    inner->setSpacing(0);
+    inner->addWidget(m_area, 1);
+    inner->addWidget(m_bar);
+    auto* outer = new QVBoxLayout(this);
+    outer->setContentsMargins(0, 0, 0, 0);
+    outer->addWidget(m_panel);
+    setFocusProxy(m_area);
+
+    m_area->OnDraw = [this](QImage& image) { return m_playback.Render(image); };
+    m_area->OnDoubleClick = [this] { SetFullScreen(!m_fullScreen); };
+    m_area->OnMouseMove = [this] { ShowBar(); };
+    m_bar->OnFullScreen = [this] { SetFullScreen(!m_fullScreen); };
+    m_playback.OnPicture = [this] {
+        m_area->Hold(m_playback.IsBusy());
+        m_area->Draw();
+    };
+    m_playback.OnArrived = [this] {
+        m_area->Hold(false);
+        m_area->Present();
+    };
+    m_playback.OnChange = [this] {
+        Refresh();
+        if (OnStateChange) {
+            OnStateChange();
+        }
+    };
+    m_panel->installEventFilter(this);
+    for (QWidget* child : m_panel->findChildren<QWidget*>()) {
+        child->installEventFilter(this);
+    }
+    m_hideBar.setSingleShot(true);
+    m_hideBar.setInterval(BarRest);
+    m_hideBar.callOnTimeout([this] {
+        if (m_fullScreen && m_playback.IsPlaying() && !m_bar->underMouse() && !m_bar->IsMenuOpen()) {
+            m_bar->hide();
+            m_area->setCursor(Qt::BlankCursor);
+        }
+    });
+    m_slow.setSingleShot(true);
+    m_slow.setInterval(SlowLoad);
+    m_slow.callOnTimeout([this] { Refresh(); });
+    Refresh();
+}
+
+CWMPPlayer4::~CWMPPlayer4() {
+    // The playback goes before the widgets.
+    m_playback.OnChange = m_playback.OnArrived = m_playback.OnPicture = nullptr;
+    m_area->OnDraw = nullptr;
+    delete m_panel;
+}
+
+void CWMPPlayer4::SetURL(std::string_view pathText) {
+    m_slow.start();
+    m_playback.SetURL(pathText);
+}
+
+void CWMPPlayer4::SetEmptyText(std::string_view text) {
+    m_emptyText = text;
+    Refresh();
+}
+
+QString CWMPPlayer4::CurrentMessage() const {
+    switch (m_playback.GetState()) {
+        case CVideoPlayback::State::NoVideo:
+            return ToQt(m_emptyText);
+        case CVideoPlayback::State::Loading:
+            return m_slow.isActive() ? QString(" ") : MessageText(3108);
+        case CVideoPlayback::State::Refused:
+            return MessageText(m_playback.Fault()) + "\n" + ToQt(m_playback.URL());
+        case CVideoPlayback::State::Ready:
+            break;
+    }
+    return {};
+}
+
+void CWMPPlayer4::Refresh() {
+    m_area->SetMessage(CurrentMessage());
+    m_bar->Refresh();
+    if (m_fullScreen && !m_playback.IsPlaying()) {
+        ShowBar();
+    }
+}
+
+void CWMPPlayer4::ShowBar() {
+    m_area->unsetCursor();
+    m_bar->show();
+    if (m_fullScreen) {
+        m_hideBar.start();
+    }
+}
+
+void CWMPPlayer4::SetFullScreen(bool fullScreen) {
+    if (fullScreen == m_fullScreen) {
+        return;
+    }
+    m_fullScreen = fullScreen;
+    const bool hadFocus = m_panel->isAncestorOf(QApplication::focusWidget()) || m_area->hasFocus();
+    if (fullScreen) {
+        layout()->removeWidget(m_panel);
+        m_panel->setParent(this, Qt::Window);
+        m_panel->setWindowTitle(window()->windowTitle());
+        m_panel->showFullScreen();
+        m_panel->activateWindow();
+        m_area->setFocus();
+    } else {
+        m_panel->setParent(this, Qt::Widget);
+        layout()->addWidget(m_panel);
+        m_panel->show();
+        if (hadFocus) {
+            m_area->setFocus();
+        }
+    }
+    m_bar->ShowFullScreen(fullScreen);
+    ShowBar();
+}
+
+void CWMPPlayer4::Skip(double seconds) {
+    m_playback.SetPosition(m_playback.Position() + seconds);
+}
+
+bool CWMPPlayer4::TakeKey(const QKeyEvent& event) {
+    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
+    const bool shift = modifiers == Qt::ShiftModifier;
+    if (modifiers != Qt::NoModifier && !shift) {
+        return false;
+    }
+    switch (event.key()) {
+        case Qt::Key_Left:
+            Skip(shift ? -ShortSkip : -LongSkip);
+            return true;
+        case Qt::Key_Right:
+            Skip(shift ? ShortSkip : LongSkip);
+            return true;
+        default:
+            break;
+    }
+    if (shift) {
+        return false;
+    }
+    switch (event.key()) {
+        case Qt::Key_Space:
+            if (!event.isAutoRepeat()) {
+                m_playback.IsPlaying() ? m_playback.Pause() : m_playback.Play();
+            }
+            return true;
+        case Qt::Key_Comma:
+            m_playback.StepBack();
+            return true;
+        case Qt::Key_Period:
+            m_playback.StepForward();
+            return true;
+        case Qt::Key_M:
+            m_playback.SetMute(!m_playback.IsMute());
+            return true;
+        case Qt::Key_F:
+            SetFullScreen(!m_fullScreen);
+            return true;
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            if (auto* button = qobject_cast<QAbstractButton*>(QApplication::focusWidget())) {
+                button->click();
+                return true;
+            }
+            return false;
+        case Qt::Key_Escape:
+            if (m_fullScreen) {
+                SetFullScreen(false);
+                if (OnEscape) {
+                    OnEscape();
+                }
+                return true;
+            }
+            return false;
+        default:
+            return false;
+    }
+}
+
+bool CWMPPlayer4::eventFilter(QObject* watched, QEvent* event) {
+    switch (event->type()) {
+        case QEvent::KeyPress:
+            return TakeKey(*static_cast<QKeyEvent*>(event));
+        case QEvent::KeyRelease:
+            // A button would take the end of what it has not seen begin.
+            return static_cast<QKeyEvent*>(event)->key() == Qt::Key_Space;
+        case QEvent::Close:
+            // The window manager's way out of full screen.
+            if (watched == m_panel && m_fullScreen) {
+                event->ignore();
+                SetFullScreen(false);
+                return true;
+            }
+            break;
+        default:
+            break;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void CWMPPlayer4::keyPressEvent(QKeyEvent* event) {
+    if (!TakeKey(*event)) {
+        QWidget::keyPressEvent(event);
+    }
+}

@@ -1,0 +1,87 @@
+// The player that a window embeds: picture, bar and keys.
+//
+//   blank       play, pause           M         sound off, on
+//   left/right  5 s, with Shift 1 s   F         full screen (also a double click on the picture)
+//   , and .     one frame             Esc       leave full screen, then OnEscape
+//   Enter       press the button that has the focus
+//
+// A video that was loaded stands on its first frame until Play. All of it is for the thread of windows, and
+// nothing waits for the video.
+#pragma once
+
+#include <QTimer>
+#include <QWidget>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "controls/CVideoPlayback.h"
+
+class CPlayerBar;
+class CVideoArea;
+class QKeyEvent;
+
+class CWMPPlayer4 : public QWidget {
+public:
+    class CControls {
+    public:
+        explicit CControls(CVideoPlayback& playback) : m_playback(playback) {}
+
+        void Play() { m_playback.Play(); }
+        // The frame of CurrentPosition is the one shown then.
+        void Pause() { m_playback.Pause(); }
+        // To the first frame; the file stays loaded.
+        void Stop() { m_playback.Stop(); }
+        // Seconds from the file's first moment. What was put counts at once, kept between 0 and the duration;
+        // put before the file is loaded, it is gone to then.
+        double CurrentPosition() const { return m_playback.Position(); }
+        void SetCurrentPosition(double seconds) { m_playback.SetPosition(seconds); }
+
+    private:
+        CVideoPlayback& m_playback;
+    };
+
+    explicit CWMPPlayer4(QWidget* parent = nullptr);
+    ~CWMPPlayer4() override;
+    CWMPPlayer4(const CWMPPlayer4&) = delete;
+    CWMPPlayer4& operator=(const CWMPPlayer4&) = delete;
+
+    // The path text exactly as it was put. Putting the same once more loads it anew; empty unloads.
+    std::string URL() const { return m_playback.URL(); }
+    void SetURL(std::string_view pathText);
+    CControls& Controls() { return m_controls; }
+    double Duration() const { return m_playback.Duration(); }  // seconds; 0 while it isn't known
+    void SetFullScreen(bool fullScreen);
+    bool IsFullScreen() const { return m_fullScreen; }
+
+    bool IsPlaying() const { return m_playback.IsPlaying(); }
+    // The file is still being loaded, or the picture of the position put isn't there yet.
+    bool IsBusy() const { return m_playback.IsBusy(); }
+    // What the picture area says as long as there is no video.
+    void SetEmptyText(std::string_view text);
+
+    // Both may not destroy the player.
+    std::function<void()> OnEscape;       // Esc in full screen, which is left already
+    std::function<void()> OnStateChange;  // of the file, the position, playing or not
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void Refresh();
+    QString CurrentMessage() const;
+    bool TakeKey(const QKeyEvent& event);
+    void Skip(double seconds);
+    void ShowBar();
+
+    CVideoPlayback m_playback;
+    CControls m_controls{m_playback};
+    QWidget* m_panel;  // moves into a window of its own for full screen
+    CVideoArea* m_area;
+    CPlayerBar* m_bar;
+    QTimer m_hideBar;
+    QTimer m_slow;  // tells of loading only if it takes long
+    std::string m_emptyText;
+    bool m_fullScreen = false;
+};
