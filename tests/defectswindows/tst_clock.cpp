@@ -12,7 +12,7 @@ namespace {
 class Clock : public testing::Test {
 protected:
     Clock() {
-        EXPECT_TRUE(Face.SetImages("ui\\clock0.png", "ui\\clock1.png"));
+        EXPECT_TRUE(Face.SetImages(Folder.Path("ui/clock0.png"), Folder.Path("ui/clock1.png")));
         Face.show();
         Size = Face.width();
     }
@@ -79,7 +79,7 @@ TEST_F(Clock, DrawsTheSectorsOfItsRange) {
 
 TEST_F(Clock, WithoutPicturesItTakesNoClicks) {
     C12Clock bare;
-    EXPECT_FALSE(bare.SetImages("ui\\none.png", "ui\\clock1.png"));
+    EXPECT_FALSE(bare.SetImages(Folder.Path("ui/none.png"), Folder.Path("ui/clock1.png")));
     bare.resize(100, 100);
     QTest::mouseClick(&bare, Qt::LeftButton, {}, QPoint(90, 50));
     EXPECT_EQ(bare.GetStartHour(), 12);

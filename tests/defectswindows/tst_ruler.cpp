@@ -52,11 +52,11 @@ TEST(Ruler, TellsItsWindowOfClicksAndOfTheMouseOverAMark) {
     owner.Messages.clear();
 
     QTest::mouseMove(owner.Ruler, {77, 16});
-    const QPoint top = owner.Ruler->mapToGlobal(QPoint(77, 3));
+    const QPoint top = owner.Ruler->mapToGlobal(QPoint(84, 3));
     ASSERT_FALSE(owner.Messages.empty());
     EXPECT_EQ(owner.Messages.front(), (Told{WM_RULER_HOVER, (top.y() << 16) | top.x(), 3}));
     EXPECT_EQ(owner.Ruler->cursor().shape(), Qt::PointingHandCursor);
-    const QColor hovered = owner.Ruler->grab().toImage().pixelColor(77, 16);
+    const QColor hovered = owner.Ruler->grab().toImage().pixelColor(84, 16);
     EXPECT_EQ(hovered, QColor(0x55, 0x71, 0xCB));
     EXPECT_EQ(owner.Ruler->grab().toImage().pixelColor(52, 4), QColor(0x4B, 0x68, 0xC1));
     EXPECT_EQ(owner.Ruler->grab().toImage().pixelColor(100, 16), QColor(0x12, 0x12, 0x12));
