@@ -7,6 +7,8 @@
 function(drovane_room name)
   cmake_parse_arguments(ROOM "WINDOWS" "ROOT" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
   set(published ${CMAKE_BINARY_DIR}/include/${name})
+  # A build folder may still have the link of a room that has moved.
+  file(REMOVE_RECURSE ${published})
   get_filename_component(parent ${published}/${ROOM_ROOT} DIRECTORY)
   file(MAKE_DIRECTORY ${parent})
   file(CREATE_LINK ${CMAKE_SOURCE_DIR}/${ROOM_ROOT} ${published}/${ROOM_ROOT} SYMBOLIC)
