@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <limits>
@@ -109,6 +110,10 @@ std::string FormatNumber(double value, int digits) {
         }
     }
     return text;
+}
+
+std::string FormatFixed(double value, int digits) {
+    return std::isnan(value) ? "nan" : Print(value, digits);  // the sign of no number means nothing
 }
 
 double ParseDouble(std::string_view text) {
