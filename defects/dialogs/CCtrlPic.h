@@ -1,10 +1,17 @@
-// Shows one picture stretched over its area.
+// Shows one picture stretched over its area, lets the operator draw and measure on it, and writes the result
+// over the picture's file.
+//
+// Client pixels are device-independent. A baked file has exactly as many pixels as the control is wide and
+// high in them, whatever the scaling of the screen.
 #pragma once
 
 #include <QImage>
 #include <QWidget>
+#include <cstdint>
 #include <string>
 #include <string_view>
+
+#include "defects/CAnnotations.h"
 
 class CCtrlPic : public QWidget {
 public:
@@ -12,16 +19,57 @@ public:
 
     // The picture is read whole and decoded from memory, by its content and not by its ending: the file
     // doesn't stay open, so that it can be replaced while it is shown. False, with no picture, if there is
-    // none.
+    // none. What is drawn stays.
     bool ShowPicture(std::string_view path);
     void ClearPicture();
     bool HasPicture() const { return !m_image.isNull(); }
     const std::string& Path() const { return m_path; }  // empty without a picture
 
+    // What the mouse does; with a tool a press takes the keyboard too, for Esc drops the shape in hand. While
+    // a shape is being drawn no shortcut of the window works.
+    void SetTool(ToolMode tool);
+    ToolMode GetTool() const { return m_annotations.Tool(); }
+    const CAnnotations& Annotations() const { return m_annotations; }
+    void SetColour(std::uint32_t colour);  // 0x00BBGGRR
+    std::uint32_t GetColour() const { return m_annotations.Colour; }
+    // Offered for the next text box.
+    void SetDefaultText(std::string_view text) { m_defaultText = text; }
+
+    // The last object of the tool's kind; false if there is none.
+    bool UndoLast(ToolMode of);
+    void ClearCalibration();
+    void ClearObjects();
+    void ResetRubber();
+
+    // Writes what is seen over the picture's file. If that can't be done nothing is said, and the file stays
+    // as it was. The objects stay, too: the picture in memory is still the one without them.
+    void BakeToFile();
+
 protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
+    // What stands, apart from the shape in hand, looks different.
+    void Changed(bool changed = true);
+    void AskText();
+    void PrepareLayers();
+    // The picture stretched to so many pixels of a device. Kept until another size is asked for.
+    const QImage& Scaled(QSize pixels);
+
     QImage m_image;
+    QImage m_scaled;
+    // Picture and annotations that don't change while the mouse draws; in the pixels of the device. Null
+    // when they have to be made anew, or have nothing in them.
+    QImage m_below;
+    QImage m_above;
+    float m_layerScale = 0.0F;  // MmPerPixel when they were made
     std::string m_path;
+    std::string m_defaultText;
+    CAnnotations m_annotations;
 };

@@ -1,0 +1,354 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QBoxLayout>
+#include <QPushButton>
+#include <QTest>
+#include <filesystem>
+
+#include "defects/dialogs/CCtrlPic.h"
+#include "shell/dialogs/CSizeDlg.h"
+#include "tests/defectswindows/oddpictures.h"
+#include "tests/support/CTestFolder.h"
+#include "tests/support/windows.h"
+
+namespace {
+
+const QRgb Red = qRgb(255, 0, 0);
+const QRgb Green = qRgb(0, 255, 0);
+const QRgb Blue = qRgb(0, 0, 255);
+const QRgb Ground = qRgb(96, 96, 96);
+
+QImage Plain(int width, int height, QRgb colour = Ground) {
+    QImage image(width, height, QImage::Format_RGB32);
+    image.fill(colour);
+    return image;
+}
+
+// Antialiased lines and compressed files give colours between.
+bool IsNear(QRgb is, QRgb expected, int most = 60) {
+    return std::abs(qRed(is) - qRed(expected)) <= most && std::abs(qGreen(is) - qGreen(expected)) <= most &&
+           std::abs(qBlue(is) - qBlue(expected)) <= most;
+}
+
+class CtrlPic : public testing::Test {
+protected:
+    CtrlPic() : Canvas(&Window) {
+        Window.resize(400, 300);
+        Canvas.setGeometry(Window.rect());
+        MmPerPixel = 0.0F;
+        Window.show();
+        Window.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&Window));
+    }
+
+    // Lossless, so that pixels can be told exactly. Half the size of the canvas.
+    void ShowPlain(const char* name = "p.png", QRgb colour = Ground) {
+        Path = Folder.WriteFile(name, Encoded(Plain(200, 150, colour), "png"));
+        ASSERT_TRUE(Canvas.ShowPicture(Path));
+    }
+
+    void Drag(QPoint from, QPoint to) {
+        QTest::mousePress(&Canvas, Qt::LeftButton, {}, from);
+        QTest::mouseMove(&Canvas, (from + to) / 2);
+        QTest::mouseMove(&Canvas, to);
+        QTest::mouseRelease(&Canvas, Qt::LeftButton, {}, to);
+    }
+
+    void Click(QPoint at) { QTest::mouseClick(&Canvas, Qt::LeftButton, {}, at); }
+
+    void DrawText(QPoint from, QPoint to, const QString& text) {
+        Canvas.SetTool(ToolMode::Text);
+        InNextDialog([text](CSizeDlg& dialog) {
+            Type(dialog, 1085, text);
+            PressKey(*dialog.GetDlgItem(1085), Qt::Key_Return);
+        });
+        Drag(from, to);
+    }
+
+    QImage Baked(const char* name = "p.png") {
+        Canvas.BakeToFile();
+        QImage image;
+        const std::string bytes = Folder.ReadFile(name);
+        image.loadFromData(reinterpret_cast<const uchar*>(bytes.data()), static_cast<int>(bytes.size()));
+        return image;
+    }
+
+    static void ExpectPixels(const QImage& image, QRgb colour, std::initializer_list<QPoint> points) {
+        for (const QPoint& point : points) {
+            EXPECT_TRUE(IsNear(image.pixel(point), colour))
+                << point.x() << "," << point.y() << " is " << std::hex << image.pixel(point);
+        }
+    }
+
+    static int CountUnlike(const QImage& image, const QRect& area, QRgb ground) {
+        int count = 0;
+        for (int y = area.top(); y <= area.bottom(); ++y) {
+            for (int x = area.left(); x <= area.right(); ++x) {
+                count += IsNear(image.pixel(x, y), ground, 8) ? 0 : 1;
+            }
+        }
+        return count;
+    }
+
+    CTestFolder Folder;
+    QWidget Window;
+    CCtrlPic Canvas;
+    std::string Path;
+};
+
+}  // namespace
+
+TEST_F(CtrlPic, LinesStandInTheBakedFileWhereTheMouseDrewThemAndNowhereElse) {
+    ShowPlain();
+    Canvas.SetTool(ToolMode::Circle);
+    Drag({150, 120}, {50, 20});  // from the lower right
+    Canvas.SetTool(ToolMode::Arrow);
+    Drag({300, 50}, {200, 50});
+    Canvas.SetTool(ToolMode::Reference);
+    Drag({20, 200}, {80, 200});
+    Drag({20, 280}, {140, 280});
+
+    const QImage image = Baked();
+    ASSERT_EQ(image.size(), QSize(400, 300));
+    ExpectPixels(image, Red, {{50, 70}, {149, 70}, {100, 20}, {100, 119}});
+    // Inside of the circle, in the corner of its rectangle, outside.
+    ExpectPixels(image, Ground, {{100, 70}, {54, 24}, {45, 70}, {155, 70}});
+    // The shaft; the barbs, which go back from the tip.
+    ExpectPixels(image, Red, {{202, 50}, {250, 50}, {298, 50}, {204, 54}, {203, 46}});
+    ExpectPixels(image, Ground, {{194, 50}, {304, 50}, {196, 54}, {250, 53}, {212, 58}});
+    // One line each and no box; their lengths beside them.
+    ExpectPixels(image, Red, {{22, 200}, {78, 200}});
+    ExpectPixels(image, Blue, {{20, 280}, {138, 280}});
+    EXPECT_GT(CountUnlike(image, {20, 190, 60, 9}, Ground), 20);
+    EXPECT_GT(CountUnlike(image, {50, 270, 60, 9}, Ground), 20);
+    EXPECT_EQ(CountUnlike(image, {160, 130, 240, 170}, Ground), 0);
+}
+
+TEST_F(CtrlPic, MeasuresAreWrittenInGreenBesideTheirLines) {
+    ShowPlain();
+    Canvas.SetTool(ToolMode::Calibration);
+    Click({20, 40});
+    Click({120, 40});
+    Click({60, 90});  // the third doesn't count
+    Canvas.grab();
+    EXPECT_EQ(MmPerPixel, 0.5F);
+    QImage image = Baked();
+    ExpectPixels(image, Green, {{20, 40}, {70, 40}, {120, 40}});
+    ExpectPixels(image, Red, {{17, 40}, {123, 40}});
+    ExpectPixels(image, Ground, {{60, 90}, {70, 43}});
+    EXPECT_GT(CountUnlike(image, {124, 45, 110, 24}, Ground), 150);
+
+    Canvas.ClearCalibration();
+    Canvas.SetTool(ToolMode::Measuring);
+    Click({50, 100});
+    Click({50, 200});
+    Click({300, 270});  // waits for its partner
+    image = Baked();
+    ExpectPixels(image, Green, {{50, 100}, {50, 150}, {50, 200}, {300, 270}});
+    ExpectPixels(image, Ground, {{20, 40}, {70, 40}, {53, 150}, {175, 235}});
+    EXPECT_GT(CountUnlike(image, {55, 203, 100, 24}, Ground), 150);
+    Canvas.UndoLast(ToolMode::Measuring);
+    ExpectPixels(Baked(), Ground, {{300, 270}});
+    // They stay for the next picture.
+    ShowPlain("next.png", qRgb(200, 200, 200));
+    Canvas.ClearObjects();
+    ExpectPixels(Baked("next.png"), Green, {{50, 150}});
+}
+
+TEST_F(CtrlPic, TextsAreAskedForWrappedInTheirBoxAndDottedWithoutOne) {
+    ShowPlain();
+    Canvas.SetDefaultText("(PL)破裂");
+    Canvas.SetTool(ToolMode::Text);
+    InNextDialog([this](CSizeDlg& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), "备注");
+        EXPECT_EQ(TextOf(dialog, 1085), "(PL)破裂");
+        // The box is there meanwhile.
+        const QImage shown = Canvas.grab().toImage().scaled(400, 300);
+        EXPECT_GT(CountUnlike(shown, {40, 18, 160, 5}, Ground), 30);
+        Photograph(dialog, "remark");
+        Press(dialog, CSizeDlg::IdCancel);
+    });
+    Drag({40, 20}, {200, 80});
+    EXPECT_TRUE(AllDialogsCame());
+    EXPECT_EQ(CountUnlike(Baked(), {0, 0, 400, 300}, Ground), 0);
+
+    Canvas.SetColour(0x00FF8000);
+    EXPECT_EQ(Canvas.GetColour(), 0x00FF8000U);
+    DrawText({140, 200}, {40, 100}, "管道接口处破裂, a crackalongthewholejoint, 长约三十厘米");
+    QImage image = Baked();
+    const QRect box(40, 100, 100, 100);
+    EXPECT_GT(CountUnlike(image, box, Ground), 800);
+    EXPECT_EQ(CountUnlike(image, {0, 0, 400, 100}, Ground), 0);
+    EXPECT_EQ(CountUnlike(image, {143, 100, 250, 200}, Ground), 0);
+    EXPECT_EQ(CountUnlike(image, {0, 201, 400, 99}, Ground), 0);
+    int inColour = 0;
+    for (int y = box.top(); y < box.bottom(); ++y) {
+        for (int x = box.left(); x < box.right(); ++x) {
+            inColour += IsNear(image.pixel(x, y), qRgb(0x00, 0x80, 0xFF), 4) ? 1 : 0;
+        }
+    }
+    EXPECT_GT(inColour, 200);
+
+    // OK with nothing entered leaves the dotted box.
+    DrawText({200, 20}, {300, 80}, "");
+    image = Baked();
+    const int dots = CountUnlike(image, {200, 20, 101, 1}, Ground);
+    EXPECT_GT(dots, 25);
+    EXPECT_LT(dots, 76);
+}
+
+TEST_F(CtrlPic, AShapeInHandKeepsItsPlaceAmongTheOthersAndEscDropsIt) {
+    ShowPlain();
+    Canvas.SetTool(ToolMode::Measuring);
+    Click({200, 20});
+    Click({200, 280});
+    Canvas.SetTool(ToolMode::Circle);
+    QPushButton button("x", &Window);
+    button.setShortcut(QKeySequence("C"));
+    button.show();
+    int presses = 0;
+    QObject::connect(&button, &QPushButton::clicked, [&] { ++presses; });
+
+    QTest::mousePress(&Canvas, Qt::LeftButton, {}, {100, 100});
+    for (const QPoint to : {QPoint(140, 150), QPoint(300, 200)}) {
+        QTest::mouseMove(&Canvas, to);
+        QImage shown = Canvas.grab().toImage();
+        shown = shown.scaled(400, 300, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        EXPECT_FALSE(IsNear(shown.pixel(100, 50 + to.y() / 2), Ground, 90));
+        // The measured line lies over the circle.
+        EXPECT_FALSE(qRed(shown.pixel(200, 100)) > qGreen(shown.pixel(200, 100)));
+    }
+    EXPECT_EQ(Canvas.cursor().shape(), Qt::CrossCursor);
+    QTest::keyClick(&Canvas, Qt::Key_C);
+    QTest::keyClick(&Canvas, Qt::Key_Escape);
+    WaitFor(250);  // a shortcut shows its button pressed first
+    EXPECT_EQ(presses, 0);
+    QTest::keyClick(&Canvas, Qt::Key_C);
+    EXPECT_TRUE(WaitFor([&] { return presses == 1; }));
+    QTest::mouseRelease(&Canvas, Qt::LeftButton, {}, {300, 200});
+    const QImage image = Baked();
+    ExpectPixels(image, Ground, {{100, 150}, {300, 150}});
+    ExpectPixels(image, Green, {{200, 100}});
+    Canvas.SetTool(ToolMode::None);
+    Drag({10, 10}, {60, 60});
+    EXPECT_EQ(Canvas.cursor().shape(), Qt::ArrowCursor);
+    EXPECT_EQ(Baked(), image);
+}
+
+TEST_F(CtrlPic, BakingKeepsTheFormatAndTheTwinAndTheOldFileWhereItFails) {
+    const std::string jpeg = Encoded(Plain(200, 150), "jpeg");
+    Path = Folder.WriteFile("p.JPG", jpeg);
+    Folder.WriteFile("p_original.JPG", jpeg);
+    ASSERT_TRUE(Canvas.ShowPicture(Path));
+    Canvas.SetTool(ToolMode::Circle);
+    Drag({50, 20}, {150, 120});
+    const QImage first = Baked("p.JPG");
+    EXPECT_EQ(Folder.ReadFile("p.JPG").substr(0, 3), "\xFF\xD8\xFF");
+    EXPECT_EQ(first.size(), QSize(400, 300));
+    EXPECT_TRUE(IsNear(first.pixel(100, 70), Ground, 6));
+    EXPECT_GT(qRed(first.pixel(50, 70)) - qGreen(first.pixel(50, 70)), 90);
+    EXPECT_EQ(Folder.ReadFile("p_original.JPG"), jpeg);
+    // The picture in memory is the one without the circle: taking it back takes it out of the file.
+    Canvas.UndoLast(ToolMode::Circle);
+    EXPECT_TRUE(IsNear(Baked("p.JPG").pixel(50, 70), Ground, 6));
+    Drag({50, 20}, {150, 120});
+
+    std::filesystem::permissions(Folder.Host("p.JPG"), std::filesystem::perms::owner_read);
+    const std::string before = Folder.ReadFile("p.JPG");
+    Canvas.BakeToFile();
+    EXPECT_EQ(Folder.ReadFile("p.JPG"), before);
+    for (const char* name : {"p.xyz", "p"}) {
+        ASSERT_TRUE(Canvas.ShowPicture(Folder.WriteFile(name, jpeg)));
+        Canvas.BakeToFile();
+        EXPECT_EQ(Folder.ReadFile(name), jpeg);
+    }
+    ASSERT_TRUE(Canvas.ShowPicture(Folder.WriteFile("gone/p.jpg", jpeg)));
+    std::filesystem::remove_all(Folder.Host("gone"));
+    Canvas.BakeToFile();
+    EXPECT_FALSE(std::filesystem::exists(Folder.Host("gone")));
+}
+
+TEST_F(CtrlPic, WhatIsNoPictureLeavesItBlackAndOddPicturesAreShown) {
+    const auto centre = [this] {
+        const QImage shown = Canvas.grab().toImage();
+        return shown.pixel(shown.width() / 2, shown.height() / 2);
+    };
+    const std::string jpeg = Encoded(Plain(64, 48, Green), "jpeg");
+    const std::string bad[] = {{},
+                               "not a picture",
+                               jpeg.substr(0, 100),
+                               WithClaimedSize(jpeg, 60'000, 60'000),
+                               WithClaimedSize(jpeg, 0, 48),
+                               "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>"};
+    for (const std::string& bytes : bad) {
+        ShowPlain();
+        EXPECT_FALSE(Canvas.ShowPicture(Folder.WriteFile("bad.jpg", bytes)));
+        EXPECT_FALSE(Canvas.HasPicture());
+        EXPECT_EQ(centre(), qRgb(0, 0, 0));
+        Canvas.BakeToFile();
+        EXPECT_EQ(Folder.ReadFile("bad.jpg"), bytes);
+    }
+    EXPECT_FALSE(Canvas.ShowPicture(Folder.Path("missing.jpg")));
+    EXPECT_FALSE(Canvas.ShowPicture(Folder.Path("")));
+
+    ASSERT_TRUE(Canvas.ShowPicture(Folder.WriteFile("wide.jpg", Encoded(Plain(30'000, 20, Green), "jpeg"))));
+    EXPECT_TRUE(IsNear(centre(), Green));
+    EXPECT_EQ(Baked("wide.jpg").size(), QSize(400, 300));
+    ASSERT_TRUE(Canvas.ShowPicture(Folder.WriteFile("inks.jpg", CmykJpeg(40, 30, 255, 0, 255))));
+    EXPECT_TRUE(IsNear(centre(), Green));
+    // By content: the ending lies.
+    ASSERT_TRUE(Canvas.ShowPicture(Folder.WriteFile("png.jpg", Encoded(Plain(9, 9, Blue), "png"))));
+    EXPECT_EQ(centre(), Blue);
+    QImage clear(20, 20, QImage::Format_ARGB32);
+    clear.fill(Qt::transparent);
+    ASSERT_TRUE(Canvas.ShowPicture(Folder.WriteFile("clear.png", Encoded(clear, "png"))));
+    EXPECT_EQ(centre(), qRgb(0, 0, 0));
+
+    QImage halves = Plain(64, 48, Red);
+    for (int y = 0; y < 48; ++y) {
+        for (int x = 32; x < 64; ++x) {
+            halves.setPixel(x, y, Blue);
+        }
+    }
+    ASSERT_TRUE(Canvas.ShowPicture(Folder.WriteFile("turned.jpg", WithQuarterTurn(Encoded(halves, "jpeg")))));
+    const QImage upright = Baked("turned.jpg");
+    ExpectPixels(upright, Red, {{20, 20}, {380, 20}});
+    ExpectPixels(upright, Blue, {{20, 280}, {380, 280}});
+}
+
+TEST_F(CtrlPic, AllKindsTogetherCanBeLookedAt) {
+    for (const auto& [name, colour] :
+         {std::pair("canvas-dark", qRgb(24, 28, 26)), std::pair("canvas-bright", qRgb(214, 206, 190))}) {
+        Canvas.resize(640, 480);
+        Window.resize(640, 480);
+        Canvas.ClearObjects();
+        ShowPlain("look.png", colour);
+        Canvas.SetTool(ToolMode::Circle);
+        Drag({60, 60}, {220, 190});
+        Canvas.SetTool(ToolMode::Arrow);
+        Drag({330, 60}, {230, 110});
+        DrawText({340, 30}, {520, 120}, "(PL)破裂 3级, 接口处沿环向");
+        Canvas.SetTool(ToolMode::Calibration);
+        Click({60, 260});
+        Click({260, 250});
+        Canvas.SetTool(ToolMode::Measuring);
+        if (Canvas.Annotations().MeasuringPoints().empty()) {
+            Click({320, 220});
+            Click({470, 300});
+            Click({560, 440});
+            Click({610, 465});
+        }
+        Canvas.SetTool(ToolMode::Reference);
+        Canvas.ResetRubber();
+        Drag({60, 360}, {200, 400});
+        Drag({250, 360}, {480, 440});
+        Photograph(Canvas, name);
+        const QImage image = Baked("look.png");
+        EXPECT_EQ(image.size(), QSize(640, 480));
+        const QString folder = qEnvironmentVariable("DROVANE_SCREENSHOTS");
+        if (!folder.isEmpty()) {
+            image.save(folder + "/" + name + "-baked.png");
+        }
+    }
+}
