@@ -68,6 +68,8 @@ public:
     bool MakeFolder(std::string_view path);    // with its parents; true if it is there afterwards
     bool RemoveFolder(std::string_view path);  // with all that is in it
     bool SetCurrentFolder(std::string_view path) const;
+    // After changes of folders that didn't go through here.
+    void ForgetFolders() { m_folders.Forget(); }
 
     // While one lives, what lies in which folder is looked at once a folder and taken as it was then. For
     // operations that resolve many paths at one go.

@@ -9,7 +9,7 @@
 #include "shell/CHostFiles.h"
 #include "shell/CStreamPrompts.h"
 #include "shell/language.h"
-#include "shell/paths.h"
+#include "shell/programfolder.h"
 #include "shell/seams.h"
 #include "shell/settings.h"
 
@@ -67,7 +67,7 @@ fs::path FindAppFolder(std::vector<std::string>& words) {
         }
         return folder;
     }
-    return fs::read_symlink("/proc/self/exe").parent_path();
+    return ExecutableFolder();
 }
 
 int RunCommand(std::vector<std::string> words, std::ostream& out, std::ostream& err) {
@@ -88,15 +88,10 @@ int RunCommand(std::vector<std::string> words, std::ostream& out, std::ostream& 
     if (command == std::end(Commands)) {
         throw CUsageError("unknown command " + name);
     }
-    const std::optional<std::string> appPath = CHostFiles::PathText(appFolder.string());
-    if (!appPath) {
-        throw std::runtime_error("the program can't run from a folder with a backslash in its name");
-    }
     CHostFiles files(appFolder);
     CStreamPrompts prompts(err, false);
     const CSeamScope seams({&prompts, nullptr, &files, nullptr});
-    SetAppFolder(*appPath);
-    fs::current_path(appFolder);
+    EnterProgramFolder(appFolder);
     LoadSettings();
     LoadLanguageTable();
     try {

@@ -1,34 +1,20 @@
 #include "apps/cli/commands.h"
 
-#include <filesystem>
 #include <stdexcept>
 
 #include "shell/CHostFiles.h"
+#include "shell/programfolder.h"
 #include "shell/seams.h"
 #include "store/CDbRec.h"
-
-namespace fs = std::filesystem;
 
 namespace {
 
 constexpr std::size_t MaxInputSize = 1u << 30;
 
-bool IsPathText(const std::string& argument) {
-    return argument.starts_with('\\') || (argument.size() >= 3 && argument[1] == ':' && argument[2] == '\\');
-}
-
 }  // namespace
 
 std::string PathArgument(const CommandContext& context, const std::string& argument) {
-    if (IsPathText(argument)) {
-        return argument;
-    }
-    const fs::path host = (fs::path(context.StartFolder) / argument).lexically_normal();
-    const std::optional<std::string> path = CHostFiles::PathText(host.string());
-    if (!path) {
-        throw std::runtime_error(argument + ": a file name with a backslash in it can't be used");
-    }
-    return *path;
+    return PathFromArgument(context.StartFolder, argument);
 }
 
 std::string HostArgument(const CommandContext& context, const std::string& argument) {

@@ -1,8 +1,5 @@
 // Standards, projects and settings.
-#include <unistd.h>
-
 #include <cctype>
-#include <filesystem>
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <ostream>
@@ -11,6 +8,7 @@
 #include "apps/cli/CTextTable.h"
 #include "apps/cli/commands.h"
 #include "shell/CHostFiles.h"
+#include "shell/drives.h"
 #include "shell/language.h"
 #include "shell/numbers.h"
 #include "shell/paths.h"
@@ -24,7 +22,6 @@
 
 namespace {
 
-namespace fs = std::filesystem;
 using Json = nlohmann::ordered_json;
 
 CCriterionDataArray Standards() {
@@ -44,42 +41,22 @@ int FindStandard(const CCriterionDataArray& list, const std::string& name) {
     throw std::runtime_error("no standard of the name \"" + name + "\"; there are:" + names);
 }
 
-std::vector<std::pair<char, std::string>> Drives() {
-    std::vector<std::pair<char, std::string>> drives;
-    for (char letter = 'a'; letter <= 'z'; ++letter) {
-        const fs::path folder = HostFiles().DriveFolder(letter);
-        std::error_code error;
-        const fs::path target = fs::read_symlink(folder, error);
-        if (!error || fs::is_directory(folder, error)) {
-            drives.emplace_back(letter, target.empty() ? folder.string() : target.string());
-        }
-    }
-    return drives;
-}
-
-void SetDrive(const CommandContext& context, const std::string& text) {
+void SetDriveOption(const CommandContext& context, const std::string& text) {
     const std::size_t equals = text.find('=');
     if (equals != 1 || !std::isalpha(static_cast<unsigned char>(text[0])) || text.size() < 3) {
         throw CUsageError("--drive needs X=DIR");
     }
-    const std::string target = HostArgument(context, text.substr(2));
+    const std::string place = HostFiles().DriveFolder(text[0]).string();
     std::error_code error;
-    if (!fs::is_directory(target, error)) {
-        throw std::runtime_error(text.substr(2) + " is no folder");
-    }
-    const fs::path link = HostFiles().DriveFolder(text[0]);
-    if (fs::is_directory(fs::symlink_status(link, error))) {
-        throw std::runtime_error(link.string() + " is a folder with files of its own; move it away first");
-    }
-    fs::create_directories(link.parent_path(), error);
-    const fs::path fresh = link.string() + ".new";
-    fs::remove(fresh, error);
-    fs::create_directory_symlink(target, fresh, error);
-    if (!error) {
-        fs::rename(fresh, link, error);
-    }
-    if (error) {
-        throw std::runtime_error(link.string() + " can't be made: " + error.message());
+    switch (SetDrive(text[0], HostArgument(context, text.substr(2)), error)) {
+        case DriveResult::Done:
+            return;
+        case DriveResult::NoFolder:
+            throw std::runtime_error(text.substr(2) + " is no folder");
+        case DriveResult::HasFiles:
+            throw std::runtime_error(place + " is a folder with files of its own; move it away first");
+        case DriveResult::Failed:
+            throw std::runtime_error(place + " can't be made: " + error.message());
     }
 }
 
@@ -207,7 +184,7 @@ int RunSettings(const CommandContext& context) {
         throw std::runtime_error("set.dat can't be written");
     }
     for (const std::string& drive : arguments.GetAll("--drive")) {
-        SetDrive(context, drive);
+        SetDriveOption(context, drive);
     }
 
     Json drives = Json::object();
@@ -216,9 +193,9 @@ int RunSettings(const CommandContext& context) {
     table.Add({"work folder", GetWorkFolder()});
     table.Add({"GPS port", FormatInt(GetGpsPort())});
     table.Add({"GPS baud", FormatInt(GetGpsBaud())});
-    for (const auto& [letter, target] : Drives()) {
-        table.Add({std::string("drive ") + letter, target});
-        drives[std::string(1, letter)] = target;
+    for (const Drive& drive : ListDrives()) {
+        table.Add({std::string("drive ") + drive.Letter, drive.Folder});
+        drives[std::string(1, drive.Letter)] = drive.Folder;
     }
     if (arguments.Has("--json")) {
         context.Out << JsonText({{"language", GetLanguageName()},
