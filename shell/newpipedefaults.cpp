@@ -37,6 +37,11 @@ std::string ConfigPath() {
     return GetAppFolder() + "config.ini";
 }
 
+NewPipeDefaults& InMemory() {
+    static NewPipeDefaults values;
+    return values;
+}
+
 }  // namespace
 
 NewPipeDefaults LoadNewPipeDefaults() {
@@ -59,4 +64,12 @@ bool SaveNewPipeDefaults(const NewPipeDefaults& values) {
         profile.Set(Section, key, GbkFromUtf8(values.*field));
     }
     return HostFiles().WriteFile(path, profile.Content());
+}
+
+NewPipeDefaults GetNewPipeDefaults() {
+    return InMemory();
+}
+
+void SetNewPipeDefaults(const NewPipeDefaults& values) {
+    InMemory() = values;
 }

@@ -26,3 +26,7 @@ struct NewPipeDefaults {
 NewPipeDefaults LoadNewPipeDefaults();
 // False if the file can't be written; the former file stays then.
 bool SaveNewPipeDefaults(const NewPipeDefaults& values);
+
+// Those of the running program. They reach the file when it ends.
+NewPipeDefaults GetNewPipeDefaults();
+void SetNewPipeDefaults(const NewPipeDefaults& values);

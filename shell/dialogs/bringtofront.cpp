@@ -1,0 +1,20 @@
+#include "shell/dialogs/bringtofront.h"
+
+#include <QApplication>
+#include <QWidget>
+
+void BringToFront(QWidget& window) {
+    if (window.isMinimized() || !window.isVisible()) {
+        window.setWindowState(window.windowState() & ~Qt::WindowMinimized);  // maximised stays so
+        window.show();
+    }
+    window.raise();
+    QWidget* popup = QApplication::activeModalWidget();
+    QWidget* top = popup != nullptr && popup->isVisible() ? popup : &window;
+    top->raise();
+    top->activateWindow();
+    // Desktops that keep windows from coming to the front by themselves mark it instead.
+    if (!top->isActiveWindow()) {
+        QApplication::alert(top);
+    }
+}
