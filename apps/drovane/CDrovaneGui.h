@@ -1,0 +1,18 @@
+// The toolkit's side of the program. What a handler of a window throws ends that handler and not the program:
+// the operator is told, and what he has open stays open.
+#pragma once
+
+#include <QApplication>
+#include <functional>
+
+class CDrovaneGui : public QApplication {
+public:
+    // Both must live as long as this.
+    CDrovaneGui(int& argc, char** argv);
+
+    bool notify(QObject* receiver, QEvent* event) override;
+};
+
+// Runs `handler`; false if it throws, which the operator is told if it is `shown`. While he is being told,
+// what else fails only goes to standard error, or a window that can't be drawn would bury him in boxes.
+bool RunGuarded(bool shown, const std::function<bool()>& handler);

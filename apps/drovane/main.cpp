@@ -1,0 +1,59 @@
+#include <QIcon>
+#include <csignal>
+#include <exception>
+#include <filesystem>
+#include <iostream>
+
+#include "apps/drovane/CDrovaneApp.h"
+#include "apps/drovane/CDrovaneGui.h"
+#include "shell/CHostFiles.h"
+#include "shell/dialogs/CLocalLiveChannel.h"
+#include "shell/dialogs/CQtDesktop.h"
+#include "shell/dialogs/CQtPrompts.h"
+#include "shell/dialogs/CSizeDlg.h"
+#include "shell/dialogs/qttext.h"
+#include "shell/programfolder.h"
+#include "shell/seams.h"
+#include "workbench/dialogs/CDrovaneDlg.h"
+
+namespace {
+
+std::unique_ptr<CSizeDlg> MakeReviewDialog(const QString& projectPath) {
+    auto window = std::make_unique<CSizeDlg>();
+    window->setWindowTitle(projectPath);
+    return window;
+}
+
+int RunProgram(int argc, char** argv) {
+    // Before the toolkit takes its own options away: they aren't "-add" either.
+    const std::vector<std::string> words(argv + 1, argv + argc);
+    const std::string startFolder = std::filesystem::current_path().string();
+    QApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+    CDrovaneGui gui(argc, argv);
+
+    const std::filesystem::path folder = ExecutableFolder();
+    CHostFiles files(folder);
+    CQtPrompts prompts;
+    CQtDesktop desktop;
+    const CSeamScope seams({&prompts, nullptr, &files, &desktop});
+    EnterProgramFolder(folder);
+    QApplication::setWindowIcon(QIcon(ToQt(files.HostPath("ui\\drovane.png"))));
+
+    CLocalLiveChannel channel;
+    CDrovaneApp app(channel, {[](const std::string& path) { return MakeReviewDialog(ToQt(path)); },
+                              [](CLiveChannel& live) { return std::make_unique<CDrovaneDlg>(live); }});
+    return app.Run(CommandLine(words), ProjectArgument(words, startFolder));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    // A limit on file sizes is a full disk to us: a failed write, not a death.
+    std::signal(SIGXFSZ, SIG_IGN);
+    try {
+        return RunProgram(argc, argv);
+    } catch (const std::exception& error) {
+        std::cerr << "drovane: " << error.what() << '\n';
+        return 1;
+    }
+}
