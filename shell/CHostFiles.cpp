@@ -325,6 +325,12 @@ bool CHostFiles::RemoveFolder(std::string_view path) {
     return !error;
 }
 
+bool CHostFiles::RemoveEmptyFolder(std::string_view path) {
+    const bool done = rmdir(HostPath(path).c_str()) == 0;
+    m_folders.Forget();
+    return done;
+}
+
 bool CHostFiles::SetCurrentFolder(std::string_view path) const {
     return chdir(HostPath(path).c_str()) == 0;
 }

@@ -67,6 +67,7 @@ public:
     bool DeleteFile(std::string_view path);
     bool MakeFolder(std::string_view path);    // with its parents; true if it is there afterwards
     bool RemoveFolder(std::string_view path);  // with all that is in it
+    bool RemoveEmptyFolder(std::string_view path);
     bool SetCurrentFolder(std::string_view path) const;
     // After changes of folders that didn't go through here.
     void ForgetFolders() { m_folders.Forget(); }
