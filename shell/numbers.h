@@ -16,7 +16,8 @@ std::string FormatInt(std::int64_t n);
 std::string FormatOneDecimal(double value);
 // At most `digits` decimals without trailing zeros; "-0" is "0". Below 0 digits: plain "%f".
 std::string FormatNumber(double value, int digits);
-// Always that many decimals; "inf" and "nan" if it isn't finite.
+// Always that many decimals, of the value as it is: 12.25 gives "12.2" at one. "inf" and "nan" if it isn't
+// finite.
 std::string FormatFixed(double value, int digits);
 
 // As `atof` and `atoi` read: leading white space, then as many characters as make a decimal number;

@@ -41,6 +41,7 @@ TEST(Numbers, AsText) {
     EXPECT_EQ(FormatNumber(1e300, 12).size(), 301U);
     EXPECT_EQ(FormatOneDecimal(12.0), "12.0");
     EXPECT_EQ(FormatOneDecimal(-0.04), "0.0");
+    EXPECT_EQ(FormatOneDecimal(12.25) + " " + FormatFixed(12.25, 1), "12.3 12.2");
     EXPECT_EQ(FormatInt(std::numeric_limits<std::int64_t>::min()), "-9223372036854775808");
 }
 
