@@ -14,15 +14,10 @@
 #include "shell/dialogs/qttext.h"
 #include "shell/programfolder.h"
 #include "shell/seams.h"
+#include "workbench/dialogs/CDlgProAtrrib.h"
 #include "workbench/dialogs/CDrovaneDlg.h"
 
 namespace {
-
-std::unique_ptr<CSizeDlg> MakeReviewDialog(const QString& projectPath) {
-    auto window = std::make_unique<CSizeDlg>();
-    window->setWindowTitle(projectPath);
-    return window;
-}
 
 int RunProgram(int argc, char** argv) {
     // Before the toolkit takes its own options away: they aren't "-add" either.
@@ -40,7 +35,7 @@ int RunProgram(int argc, char** argv) {
     QApplication::setWindowIcon(QIcon(ToQt(files.HostPath("ui\\drovane.png"))));
 
     CLocalLiveChannel channel;
-    CDrovaneApp app(channel, {[](const std::string& path) { return MakeReviewDialog(ToQt(path)); },
+    CDrovaneApp app(channel, {[](const std::string& path) { return std::make_unique<CDlgProAtrrib>(path); },
                               [](CLiveChannel& live) { return std::make_unique<CDrovaneDlg>(live); }});
     return app.Run(CommandLine(words), ProjectArgument(words, startFolder));
 }

@@ -240,6 +240,13 @@ void CListCtrl::keyPressEvent(QKeyEvent* event) {
         ToggleChecks();
         return;
     }
+    // The toolkit gives a list that gets the focus a current row without selecting it, and the first key
+    // would step past it.
+    if (SelectedRow() < 0 && RowCount() > 0 &&
+        (event->key() == Qt::Key_Down || event->key() == Qt::Key_Home)) {
+        SelectRow(0);
+        return;
+    }
     QTreeView::keyPressEvent(event);
 }
 

@@ -1,0 +1,236 @@
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QLineEdit>
+#include <QTest>
+#include <filesystem>
+
+#include "controls/CWMPPlayer4.h"
+#include "shell/paths.h"
+#include "shell/seams.h"
+#include "shell/settings.h"
+#include "shell/textcodec.h"
+#include "store/CDbRec.h"
+#include "tests/support/CTestFolder.h"
+#include "tests/support/windows.h"
+#include "tests/workbench/numberedvideo.h"
+#include "workbench/dialogs/CDlgProAtrrib.h"
+#include "workbench/lists/CDefectList.h"
+#include "workbench/lists/CTestingList.h"
+
+namespace {
+
+constexpr int Sections = 1031;
+constexpr int Defects = 1032;
+constexpr int Player = 1034;
+
+class ReviewWindow : public testing::Test {
+protected:
+    ReviewWindow() {
+        EXPECT_TRUE(HostFiles().SetCurrentFolder(GetAppFolder()));
+        Folder.WriteFile("job/Y1-Y2.avi", "");
+        EXPECT_TRUE(MakeNumberedVideo({.Name = "v",
+                                       .Ending = ".avi",
+                                       .Options = "-c:v mpeg4 -q:v 3 -g 12",
+                                       .Width = 360,
+                                       .Height = 288,
+                                       .Frames = 150},
+                                      Folder.Host("job/Y1-Y2.avi")));
+        Project = Folder.MakeProject();
+        CDbRec database;
+        EXPECT_TRUE(database.OpenDatabase(Project, CDbPassword));
+        _PRO_DATA attributes;
+        attributes.ProjectName = "幸福路";
+        EXPECT_TRUE(database.WriteAttrib(attributes, true));
+        AddSection(database, "Y10", "Y11", Folder.Path("job/gone.avi"));
+        AddSection(database, "Y1", "Y2", Folder.Path("job/Y1-Y2.avi"));
+        AddSection(database, "Y2", "Y10", Folder.WriteFile("job/text.avi", "no video at all"));
+        AddRecord(database, 2, 0.4);
+        AddRecord(database, 2, 3.08);
+    }
+
+    static void AddSection(CDbRec& database, const std::string& start, const std::string& end,
+                           const std::string& video) {
+        _TESTING_DATA section;
+        section.TestingName = "段";
+        section.StartWell = start;
+        section.EndWell = end;
+        section.VideoFileList = video;
+        section.PipeLength = "30.0";
+        section.PipeDiameter = "400";
+        section.DistanceEnd = 30.0F;
+        EXPECT_TRUE(database.AddTesting(section));
+    }
+    void AddRecord(CDbRec& database, int sectionId, double time) {
+        _REC_DATA record;
+        record.TestingID = sectionId;
+        record.DefectCode = "PL";
+        record.DefectLevel = 2;
+        record.Video = Folder.Path("job/Y1-Y2.avi");
+        const std::string name = "job/picture/" + std::to_string(static_cast<int>(time)) + ".jpg";
+        record.AddPicture(Folder.WriteFile(name, "jpeg"), time);
+        EXPECT_TRUE(database.AddRecord(record));
+    }
+
+    // Opens the project as an operator does.
+    void Open(CDlgProAtrrib& window) {
+        window.show();
+        InNextDialog([](CSizeDlg& dialog) {
+            Photograph(dialog, "projects");
+            Press(dialog, CSizeDlg::IdOk);
+        });
+        Press(window, 1038);
+        EXPECT_TRUE(AllDialogsCame());
+        WaitFor(50);
+    }
+    static CTestingList& List(CDlgProAtrrib& window) { return *window.Item<CTestingList>(Sections); }
+    static CDefectList& DefectsOf(CDlgProAtrrib& window) { return *window.Item<CDefectList>(Defects); }
+    static CWMPPlayer4& PlayerOf(CDlgProAtrrib& window) { return *window.Item<CWMPPlayer4>(Player); }
+
+    CTestFolder Folder;
+    std::string Project;
+};
+
+}  // namespace
+
+TEST_F(ReviewWindow, FromTheProjectListToTheSecondPictureAndItsDeletion) {
+    CDlgProAtrrib window("");
+    Open(window);
+    EXPECT_EQ(window.windowTitle(),
+              "Drovane 判读信息 - 幸福路 [CJJ 181-2012 城镇排水管道检测与评估技术规程]");
+    ASSERT_EQ(List(window).RowCount(), 3);
+
+    List(window).SelectRow(1);
+    ASSERT_TRUE(WaitFor([&] { return DefectsOf(window).RowCount() == 2; }));
+    ASSERT_TRUE(WaitFor([&] { return !window.DefectMarkers().Flags.empty(); }));
+    EXPECT_EQ(window.DefectMarkers().Flags, (std::vector<std::uint8_t>{1, 0, 0, 1, 0, 0}));
+
+    DefectsOf(window).SelectRow(1);
+    ASSERT_TRUE(WaitFor([&] { return PlayerOf(window).Controls().CurrentPosition() > 3.0; }));
+    EXPECT_NEAR(PlayerOf(window).Controls().CurrentPosition(), 3.08, 0.021);
+    WaitFor(300);
+    Photograph(window, "review");
+
+    Folder.Prompts.ExpectQuestion(2200, true);
+    Press(window, 1033);
+    const std::string taken = Folder.ReadFile("job/picture/Y1-Y2_092653.jpg");
+    EXPECT_EQ(ReadNumber(ReadJpeg(taken)), 77);
+    EXPECT_EQ(Folder.ReadFile("job/picture/Y1-Y2_092653_original.jpg"), taken);
+    EXPECT_EQ(DefectsOf(window).RowText(1, 5), "2");
+
+    DefectsOf(window).SelectRow(1);
+    WaitFor(50);
+    Folder.Prompts.Expect(2199);
+    Press(window, 1033);
+    Folder.Prompts.ExpectQuestion(2197, false);
+    Press(window, 1030);
+    EXPECT_EQ(DefectsOf(window).RowCount(), 2);
+    Folder.Prompts.ExpectQuestion(2197, true);
+    Press(window, 1030);
+    EXPECT_EQ(DefectsOf(window).RowCount(), 1);
+    EXPECT_FALSE(std::filesystem::exists(Folder.Host("job/picture/Y1-Y2_092653.jpg")));
+    EXPECT_FALSE(std::filesystem::exists(Folder.Host("job/picture/3.jpg")));
+}
+
+TEST_F(ReviewWindow, CommandsSayWhatTheyMiss) {
+    CDlgProAtrrib window("");
+    window.show();
+    WaitFor(30);
+    Photograph(window, "empty");
+    for (const int id : {1024, 1082, 1021}) {
+        Folder.Prompts.Expect(2185);
+        Press(window, id);
+    }
+    for (const int id : {1023, 1028, 1079}) {
+        Folder.Prompts.Expect(2191);
+        Press(window, id);
+    }
+    for (const int id : {1030, 1033}) {
+        Folder.Prompts.Expect(2196);
+        Press(window, id);
+    }
+    for (const int id : {1027, 1025, 1026, 1018, 1019, 1035, 1037, 1029}) {
+        EXPECT_FALSE(IsEnabled(window, id)) << id;
+        EXPECT_NE(window.GetDlgItem(id)->toolTip(), "") << id;
+    }
+    PressKey(window, Qt::Key_Return);
+    EXPECT_TRUE(window.isVisible());
+    Folder.Prompts.ExpectQuestion(2182, false);
+    PressKey(window, Qt::Key_Escape);
+    EXPECT_TRUE(window.isVisible());
+    Folder.Prompts.ExpectQuestion(2182, true);
+    Press(window, CSizeDlg::IdCancel);
+    EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(ReviewWindow, OnlyTheLastOfABurstOfSelectionsLoadsItsVideo) {
+    CDlgProAtrrib window(Project);
+    window.show();
+    WaitFor(50);
+    List(window).setFocus();
+    PressKey(List(window), Qt::Key_Home);
+    ASSERT_TRUE(WaitFor([&] { return PlayerOf(window).URL() == Folder.Path("job/gone.avi"); }));
+    PressKey(List(window), Qt::Key_Down);
+    PressKey(List(window), Qt::Key_Down);
+    EXPECT_EQ(PlayerOf(window).URL(), Folder.Path("job/gone.avi"));
+    EXPECT_TRUE(WaitFor([&] { return PlayerOf(window).URL() == Folder.Path("job/text.avi"); }));
+    EXPECT_EQ(DefectsOf(window).RowCount(), 0);
+    // A file without a video keeps the poll running, and nothing more.
+    WaitFor(450);
+    EXPECT_TRUE(window.DefectMarkers().Flags.empty());
+}
+
+TEST_F(ReviewWindow, SectionsAreMadeChangedSortedAndDeleted) {
+    SetWorkFolder(Folder.Path("works"));
+    CDlgProAtrrib window(Project);
+    window.show();
+    WaitFor(50);
+    Folder.Prompts.Expect(3030);
+    Folder.Prompts.GivePaths({Folder.Path("job/Y1-Y2.avi")});
+    InNextDialog([](CSizeDlg& dialog) {
+        Press(dialog, 1047);  // reads the fields first, and the position is still empty
+        Type(dialog, 1069, "Y3");
+        Type(dialog, 1076, "Y4");
+        Type(dialog, 1044, "新段");
+        for (const int id : {1038, 1039, 1040, 1041}) {
+            Type(dialog, id, "0");
+        }
+        Type(dialog, 1072, "300");
+        Type(dialog, 1078, "12.5");
+        Photograph(dialog, "newsection");
+        Press(dialog, CSizeDlg::IdOk);
+    });
+    Press(window, 1021);
+    ASSERT_EQ(List(window).RowCount(), 4);
+    EXPECT_EQ(List(window).RowText(3, 1), "Y3 - Y4");
+    EXPECT_TRUE(std::filesystem::exists(Folder.Host("works/2026-03-14-092653/Y1-Y2.avi")));
+
+    List(window).SelectRow(3);
+    WaitFor(50);
+    InNextDialog([](CSizeDlg& dialog) {
+        EXPECT_EQ(TextOf(dialog, 1044), "新段");
+        Type(dialog, 1044, "改名");
+        Photograph(dialog, "section");
+        Press(dialog, CSizeDlg::IdOk);
+    });
+    Press(window, 1028);
+    WaitFor(50);
+    EXPECT_EQ(List(window).RowText(3, 0), "改名");
+    EXPECT_EQ(List(window).SelectedRow(), 3);
+
+    PressKey(List(window), Qt::Key_Up, Qt::AltModifier);
+    WaitFor(50);
+    EXPECT_EQ(List(window).RowText(2, 0), "改名");
+    EXPECT_EQ(List(window).SelectedRow(), 2);
+
+    Folder.Prompts.ExpectQuestion(2192, true);
+    Press(window, 1023);
+    WaitFor(50);
+    EXPECT_EQ(List(window).RowCount(), 3);
+    EXPECT_EQ(PlayerOf(window).URL(), "");
+
+    Folder.Prompts.ExpectQuestion(2193, true);
+    List(window).SelectRow(1);
+    Press(window, 1079);
+    EXPECT_EQ(List(window).SelectedRow(), 1);
+}
