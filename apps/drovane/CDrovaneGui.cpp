@@ -25,8 +25,8 @@ void Tell(bool shown, const std::exception& error) {
 CDrovaneGui::CDrovaneGui(int& argc, char** argv) : QApplication(argc, argv) {
     // The toolkit has taken the user's locale; numbers have a point here, as the player library asks too.
     std::setlocale(LC_NUMERIC, "C");
-    setApplicationName("drovane");
-    setApplicationDisplayName("Drovane");
+    // Not the display name: window managers would see it behind every title.
+    setApplicationName("Drovane");
     setDesktopFileName("drovane");
     // The run of the one window ends the program, not the closing of another.
     setQuitOnLastWindowClosed(false);

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QIcon>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QStringList>
@@ -14,6 +15,7 @@
 namespace {
 
 constexpr int MessageBackslash = 3000;
+constexpr int IconSize = 40;
 
 void NameButton(QMessageBox& box, QMessageBox::StandardButton button, int number) {
     // With a missing language file the toolkit's own text beats an empty button.
@@ -22,10 +24,13 @@ void NameButton(QMessageBox& box, QMessageBox::StandardButton button, int number
     }
 }
 
-bool RunBox(QMessageBox::Icon icon, const std::string& text, QMessageBox::StandardButtons buttons) {
-    QMessageBox box(icon, QApplication::applicationDisplayName(), ToQt(text), buttons,
+bool RunBox(QMessageBox::Icon kind, const std::string& text, QMessageBox::StandardButtons buttons) {
+    QMessageBox box(kind, QApplication::applicationDisplayName(), ToQt(text), buttons,
                     QApplication::activeWindow());
     box.setTextFormat(Qt::PlainText);
+    if (const QIcon icon = QApplication::windowIcon(); !icon.isNull()) {
+        box.setIconPixmap(icon.pixmap(QSize(IconSize, IconSize), box.devicePixelRatioF()));
+    }
     box.setTextInteractionFlags(Qt::TextSelectableByMouse);
     NameButton(box, QMessageBox::Ok, 50);
     if ((buttons & QMessageBox::Cancel) != 0) {

@@ -40,6 +40,7 @@ QLineEdit, QPlainTextEdit, QTextEdit { border: 1px solid #C3CBD3; border-radius:
     background: palette(base); }
 QLineEdit:focus, QPlainTextEdit:focus, QTextEdit:focus { border-color: #1F6FB2; }
 QLineEdit:disabled, QPlainTextEdit:disabled { color: #A3ADB6; }
+QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }
 QSplitter::handle { background: transparent; }
 QSplitter::handle:hover { background: #C9DDEE; }
 )";

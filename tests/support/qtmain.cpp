@@ -14,7 +14,7 @@ int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     QApplication application(argc, argv);
     std::setlocale(LC_NUMERIC, "C");
-    QApplication::setApplicationDisplayName("Drovane");
+    QApplication::setApplicationName("Drovane");
     QApplication::setQuitOnLastWindowClosed(false);
     ApplyTheme(application);
     return RUN_ALL_TESTS();

@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QScreen>
 #include <QSplitter>
+#include <QTimer>
 
 #include "controls/CButtonST.h"
 #include "controls/CWMPPlayer4.h"
@@ -203,20 +204,31 @@ void CDlgProAtrrib::ChooseSize() {
     if (screen.width() > FirstSize.width() && screen.height() > FirstSize.height()) {
         setWindowState(windowState() | Qt::WindowMaximized);
     }
+}
+
+void CDlgProAtrrib::SplitReview() {
     const int wanted = m_defects->FullWidth() + WidestOf(Controls(ListButtons)) + m_review->handleWidth();
-    const int defects = std::min(wanted, FirstSize.width() / 2);
-    m_review->setSizes({FirstSize.width() - defects, defects});
+    const int defects = std::min(wanted, m_review->width() / 2);
+    m_review->setSizes({m_review->width() - defects, defects});
+}
+
+// The layout has given the panels their room by then.
+void CDlgProAtrrib::showEvent(QShowEvent* event) {
+    CSizeDlg::showEvent(event);
+    QTimer::singleShot(0, this, [this] { SplitReview(); });
 }
 
 void CDlgProAtrrib::ShowSplash() {
-    // A child, which goes with this window at the latest.
-    (new CDlgStart(this))->show();
+    // A child, which goes with this window at the latest. It comes up after this window, or it would lie
+    // behind.
+    auto* splash = new CDlgStart(this);
+    QTimer::singleShot(0, splash, [splash] { splash->show(); });
 }
 
 void CDlgProAtrrib::ShowEmptyTexts() {
     m_sections->SetEmptyText(MessageText(m_database ? MessageNoSections : MessageNoProject));
-    m_defects->SetEmptyText(
-        MessageText(m_sections->SelectedRow() < 0 ? MessageChooseSection : MessageNoDefects));
+    const int nothing = m_sections->SelectedRow() < 0 ? MessageChooseSection : MessageNoDefects;
+    m_defects->SetEmptyText(MessageText(m_database ? nothing : MessageNoProjectVideo));
     m_player->SetEmptyText(LoadMessage(m_database ? MessageChooseVideo : MessageNoProjectVideo));
 }
 

@@ -47,6 +47,7 @@ protected:
     void OnCancel() override;
     void OnTimer(int id) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
     struct Command;
@@ -60,6 +61,7 @@ private:
     QWidget* MakeDefectPanel();
     std::vector<QWidget*> Controls(const std::vector<int>& ids) const;
     void ChooseSize();
+    void SplitReview();
     void ShowEmptyTexts();
     void ShowSplash();
 
