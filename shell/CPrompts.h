@@ -2,6 +2,8 @@
 // operations run in windows, on a command line and under test.
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -31,6 +33,8 @@ public:
                                      const std::string& defaultExtension,
                                      const std::vector<FileFilter>& filters) = 0;
     virtual std::string PickFolder(const std::string& title) = 0;
+    // Colours are 0x00BBGGRR; nothing when the operator cancels.
+    virtual std::optional<std::uint32_t> PickColour(std::uint32_t colour) = 0;
 };
 
 // Shows the numbered language message, with `appended` directly behind it.

@@ -18,6 +18,7 @@ public:
         return {};
     }
     std::string PickFolder(const std::string&) override { return {}; }
+    std::optional<std::uint32_t> PickColour(std::uint32_t) override { return std::nullopt; }
 
 private:
     std::ostream& m_out;

@@ -1,6 +1,8 @@
 #include "shell/dialogs/CQtPrompts.h"
 
 #include <QApplication>
+#include <QColorDialog>
+#include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QIcon>
@@ -17,10 +19,10 @@ namespace {
 constexpr int MessageBackslash = 3000;
 constexpr int IconSize = 40;
 
-void NameButton(QMessageBox& box, QMessageBox::StandardButton button, int number) {
+void NameButton(QAbstractButton* button, int number) {
     // With a missing language file the toolkit's own text beats an empty button.
     if (const QString text = MessageText(number); !text.isEmpty()) {
-        box.button(button)->setText(text);
+        button->setText(text);
     }
 }
 
@@ -32,9 +34,9 @@ bool RunBox(QMessageBox::Icon kind, const std::string& text, QMessageBox::Standa
         box.setIconPixmap(icon.pixmap(QSize(IconSize, IconSize), box.devicePixelRatioF()));
     }
     box.setTextInteractionFlags(Qt::TextSelectableByMouse);
-    NameButton(box, QMessageBox::Ok, 50);
+    NameButton(box.button(QMessageBox::Ok), 50);
     if ((buttons & QMessageBox::Cancel) != 0) {
-        NameButton(box, QMessageBox::Cancel, 51);
+        NameButton(box.button(QMessageBox::Cancel), 51);
         box.setEscapeButton(QMessageBox::Cancel);
     }
     box.setDefaultButton(QMessageBox::Ok);
@@ -120,4 +122,22 @@ std::string CQtPrompts::PickSaveFile(const std::string& title, const std::string
 
 std::string CQtPrompts::PickFolder(const std::string& title) {
     return Chosen(QFileDialog::getExistingDirectory(QApplication::activeWindow(), ToQt(title), m_folder));
+}
+
+std::optional<std::uint32_t> CQtPrompts::PickColour(std::uint32_t colour) {
+    const auto byte = [colour](int shift) { return static_cast<int>(colour >> shift & 0xFFU); };
+    QColorDialog dialog(QColor(byte(0), byte(8), byte(16)), QApplication::activeWindow());
+    dialog.setOption(QColorDialog::DontUseNativeDialog);
+    if (const QString title = MessageText(3176); !title.isEmpty()) {
+        dialog.setWindowTitle(title);
+    }
+    if (auto* buttons = dialog.findChild<QDialogButtonBox*>()) {
+        NameButton(buttons->button(QDialogButtonBox::Ok), 50);
+        NameButton(buttons->button(QDialogButtonBox::Cancel), 51);
+    }
+    if (dialog.exec() != QDialog::Accepted) {
+        return std::nullopt;
+    }
+    const QColor chosen = dialog.selectedColor();
+    return static_cast<std::uint32_t>(chosen.red() | chosen.green() << 8 | chosen.blue() << 16);
 }

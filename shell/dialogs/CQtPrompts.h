@@ -16,6 +16,7 @@ public:
                              const std::string& defaultExtension,
                              const std::vector<FileFilter>& filters) override;
     std::string PickFolder(const std::string& title) override;
+    std::optional<std::uint32_t> PickColour(std::uint32_t colour) override;
 
 private:
     // Keeps where the operator was last.

@@ -63,3 +63,13 @@ std::vector<std::string> CScriptedPrompts::PickOpenFiles(const std::string&, con
     m_pathLists.pop_front();
     return paths;
 }
+
+std::optional<std::uint32_t> CScriptedPrompts::PickColour(std::uint32_t) {
+    if (m_colours.empty()) {
+        ADD_FAILURE() << "unexpected chooser of colours";
+        return std::nullopt;
+    }
+    const auto colour = m_colours.front();
+    m_colours.pop_front();
+    return colour;
+}

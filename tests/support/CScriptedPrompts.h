@@ -19,6 +19,8 @@ public:
     // What the next chooser gives; without one a chooser fails the test.
     void GivePath(const std::string& path) { m_paths.push_back(path); }
     void GivePaths(std::vector<std::string> paths) { m_pathLists.push_back(std::move(paths)); }
+    // What the next colour chooser gives; nothing means Cancel.
+    void GiveColour(std::optional<std::uint32_t> colour) { m_colours.push_back(colour); }
     bool AllCame() const { return m_expected.empty(); }
     const std::string& LastText() const { return m_lastText; }
 
@@ -29,6 +31,7 @@ public:
                              const std::string& defaultExtension,
                              const std::vector<FileFilter>& filters) override;
     std::string PickFolder(const std::string& title) override;
+    std::optional<std::uint32_t> PickColour(std::uint32_t colour) override;
     std::vector<std::string> PickOpenFiles(const std::string& title,
                                            const std::vector<FileFilter>& filters) override;
 
@@ -44,5 +47,6 @@ private:
     std::vector<int> m_allowed;
     std::deque<std::string> m_paths;
     std::deque<std::vector<std::string>> m_pathLists;
+    std::deque<std::optional<std::uint32_t>> m_colours;
     std::string m_lastText;
 };
