@@ -1,0 +1,94 @@
+// Where a defect of a section is named, graded, placed and drawn on, new or stored. Pictures are changed on
+// the disk at once; the row is written with OK, and when a picture of a stored defect is deleted.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "defects/defectform.h"
+#include "defects/tools.h"
+#include "shell/dialogs/CSizeDlg.h"
+#include "store/records/records.h"
+
+class C12Clock;
+class CButtonST;
+class CCtrlPic;
+class CDbRec;
+class CSearchBox;
+class QComboBox;
+class QLabel;
+class QLayout;
+class QPlainTextEdit;
+
+class CDlgEdit : public CSizeDlg {
+public:
+    // `id` is that of the section for a new defect, of the record otherwise; the length is the section's in
+    // metres. The database must outlive the window.
+    CDlgEdit(bool add, CDbRec& database, std::int32_t id, float sectionLength, QWidget* parent = nullptr);
+
+    // What the form opens with. A new defect has its picture, video and position in here, a stored one all it
+    // has.
+    _REC_DATA Record;
+
+protected:
+    void OnInitDialog() override;
+    void OnOK() override;
+    void OnCancel() override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    QLayout* MakeForm();
+    QLayout* MakePlaceAndClock();
+    QLayout* MakePictureBar();
+    QLayout* MakeToolBar();
+    void MakeManholeControls();
+    CButtonST* AddTool(int id, const char* caption, const char* keys, int tip);
+    void ApplyCaptions();
+
+    void FillPictures();
+    void SelectDefect();
+    void ShowHours();
+
+    void OnNameChange();
+    void OnGradeChange();
+    void OnPictureChange();
+    void OnStartChange();
+    void OnAddPicture();
+    void OnDeletePicture();
+    void OnShowFile();
+    void OnTool(ToolMode tool);
+    void BeginTool(ToolMode tool);
+    void EndTool(ToolMode tool);
+    void OnColour();
+    void OnReset();
+
+    int NameIndex() const;
+    int GradeIndex() const;
+    void ShowLevelText(int grade);
+    void EnableManhole(bool enable);
+    DefectNumbers TypedNumbers() const;
+    bool ReadFields();  // false if a number can't be read, which has been told
+    void ShowProblem(const DefectProblem& problem);
+    _REC_DATA BuildRecord() const;
+    bool IsBusy() const;  // a tool is on
+    void UpdateControls();
+
+    const bool m_add;
+    CDbRec& m_database;
+    const std::int32_t m_id;
+    const float m_sectionLength;
+    std::vector<DefectChoice> m_choices;  // rows of the name box
+    std::vector<std::string> m_levels;    // rows of the grade box
+    bool m_anyPicture = false;
+    bool m_choosingColour = false;
+
+    // Children.
+    CCtrlPic* m_canvas;
+    CSearchBox* m_names = nullptr;
+    QComboBox* m_grades = nullptr;
+    QPlainTextEdit* m_comment = nullptr;
+    C12Clock* m_clock = nullptr;
+    QComboBox* m_pictures = nullptr;
+    QLabel* m_hours = nullptr;
+    QLabel* m_hint = nullptr;
+};

@@ -1,0 +1,319 @@
+#include <QComboBox>
+#include <QLineEdit>
+#include <QTest>
+
+#include "defects/dialogs/C12Clock.h"
+#include "defects/dialogs/CCtrlPic.h"
+#include "defects/dialogs/CDlgEdit.h"
+#include "defects/dialogs/defectcommands.h"
+#include "shell/dialogs/qttext.h"
+#include "shell/paths.h"
+#include "tests/defectswindows/defectproject.h"
+#include "tests/support/windows.h"
+
+namespace {
+
+class Edit : public DefectProject {
+protected:
+    // A stored defect with one picture and its original.
+    _REC_DATA Store() {
+        _REC_DATA record;
+        record.TestingID = 1;
+        record.DefectCode = "bx";
+        record.DefectLevel = 2;
+        record.DistanceStart = 3.5F;
+        record.DistanceEnd = 4.0F;
+        record.DirectionStart = 0;
+        record.DirectionEnd = 13;
+        record.GpsX = 121.123456789012;
+        record.Comment = "看不清";
+        record.Video = Section.VideoFileList;
+        record.AddPicture(WritePicture("job/picture/a.jpg"), 2.0);
+        BackupOriginal(record.GetPicture1());
+        EXPECT_TRUE(Database.AddRecord(record));
+        return Stored()[0];
+    }
+    // With the keyboard, as on a desktop.
+    static void InActiveDialog(const std::function<void(CSizeDlg&)>& script) {
+        InNextDialog([script](CSizeDlg& dialog) {
+            dialog.activateWindow();
+            EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog));
+            script(dialog);
+        });
+    }
+    void Open(const std::function<void(CSizeDlg&)>& script) {
+        InActiveDialog(script);
+        EXPECT_TRUE(EditDefect(Database, Section, Stored()[0], nullptr));
+    }
+};
+
+QComboBox& Box(CSizeDlg& dialog, int id) {
+    return *dialog.Item<QComboBox>(id);
+}
+
+void Draw(CSizeDlg& dialog, QPoint from, QPoint to) {
+    QWidget* canvas = dialog.GetDlgItem(1011);
+    QTest::mousePress(canvas, Qt::LeftButton, {}, from);
+    QTest::mouseMove(canvas, to);
+    QTest::mouseRelease(canvas, Qt::LeftButton, {}, to);
+}
+
+bool IsRed(const QImage& image, QPoint at) {
+    const QColor colour = image.pixelColor(at);
+    return colour.red() > colour.green() + 60;  // thin lines pale in the picture's format
+}
+
+}  // namespace
+
+TEST_F(Edit, ADefectIsAddedWithTheKeyboardAlone) {
+    Folder.Prompts.Expect(2195);
+    InActiveDialog([](CSizeDlg& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), "添加缺陷");
+        EXPECT_EQ(TextOf(dialog, 1000), "(PL)破裂");
+        EXPECT_EQ(TextOf(dialog, 1014), "121.5");
+        const auto type = [&dialog](const QString& text) {
+            for (const QChar key : text) {
+                // A list of what fits may be open above the window.
+                QWidget* popup = QApplication::activePopupWidget();
+                QTest::keyClick(popup != nullptr ? popup : dialog.focusWidget(), key.toLatin1());
+            }
+        };
+        const auto press = [&dialog](Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier) {
+            QWidget* popup = QApplication::activePopupWidget();
+            QTest::keyClick(popup != nullptr ? popup : dialog.focusWidget(), key, with);
+        };
+        type("cj");
+        press(Qt::Key_Return);
+        EXPECT_EQ(TextOf(dialog, 1000), "(CJ)沉积");
+        EXPECT_EQ(Box(dialog, 1002).count(), 3);
+        press(Qt::Key_Tab);
+        type("2");
+        EXPECT_EQ(TextOf(dialog, 1007), "30%到40%");
+        press(Qt::Key_Tab);
+        press(Qt::Key_Tab);
+        type("12.5");
+        EXPECT_EQ(TextOf(dialog, 1017), "12.5") << "the end follows";
+        for (int i = 0; i < 4; ++i) {
+            press(Qt::Key_Tab);
+        }
+        type("3");
+        press(Qt::Key_Right, Qt::ShiftModifier);
+        press(Qt::Key_Return);
+    });
+    ASSERT_TRUE(NewDefect(Database, Section, Section.VideoFileList, 1.5, nullptr));
+    const _REC_DATA stored = Stored()[0];
+    EXPECT_EQ(stored.DefectCode + stored.Comment, "CJ30%到40%");
+    EXPECT_EQ(stored.TestingID, 1);
+    EXPECT_EQ(stored.DefectLevel, 2);
+    EXPECT_EQ(stored.DistanceStart + stored.DistanceEnd, 25.0F);
+    EXPECT_EQ(stored.DirectionStart, 3);
+    EXPECT_EQ(stored.DirectionEnd, 1);
+    EXPECT_EQ(stored.GpsY, 31.25);
+    EXPECT_EQ(stored.GetPicTime1(), 1.5);
+}
+
+TEST_F(Edit, CancelOfANewDefectLeavesNeitherPictureNorOriginal) {
+    Folder.Prompts.Expect(2195);
+    InNextDialog([this](CSizeDlg& dialog) {
+        WritePicture("job/picture/v_092653.jpg");
+        WritePicture("job/picture/v_092653_original.jpg");
+        Folder.Prompts.GivePath(WritePicture("other.jpg"));
+        Press(dialog, 1033);
+        Press(dialog, 2);
+    });
+    EXPECT_FALSE(NewDefect(Database, Section, Section.VideoFileList, 1.5, nullptr));
+    EXPECT_FALSE(Exists("job/picture/v_092653.jpg"));
+    EXPECT_FALSE(Exists("job/picture/v_092653_original.jpg"));
+    EXPECT_TRUE(Exists("other.jpg"));
+    EXPECT_EQ(Database.CountRecords(-1), 0);
+}
+
+TEST_F(Edit, AStoredDefectOpensAsItIsAndIsStoredChanged) {
+    Store();
+    Open([](CSizeDlg& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), "修改缺陷");
+        EXPECT_EQ(TextOf(dialog, 1000), "(BX)变形");
+        EXPECT_EQ(TextOf(dialog, 1002), "Level 2");
+        EXPECT_EQ(TextOf(dialog, 1007), "5%到15%");
+        EXPECT_EQ(TextOf(dialog, 1005), "看不清");
+        EXPECT_EQ(TextOf(dialog, 1014), "121.123456789012");
+        EXPECT_EQ(dialog.Item<C12Clock>(1012)->GetStartHour(), 12);
+        Type(dialog, 1000, "破裂");
+        PressKey(*dialog.Item<QComboBox>(1000)->lineEdit(), Qt::Key_Return);
+        EXPECT_EQ(TextOf(dialog, 1005), "裂痕") << "the grade's description replaces the comment";
+        EXPECT_EQ(Box(dialog, 1002).count(), 4) << "a hole in the grades is offered too";
+        Box(dialog, 1002).setFocus();
+        PressKey(Box(dialog, 1002), Qt::Key_3);
+        EXPECT_EQ(TextOf(dialog, 1005), "");
+        PressKey(Box(dialog, 1002), Qt::Key_4);
+        Press(dialog, 1);
+    });
+    const _REC_DATA stored = Stored()[0];
+    EXPECT_EQ(stored.DefectCode + stored.Comment, "PL坍塌");
+    EXPECT_EQ(stored.DefectLevel, 4);
+    EXPECT_EQ(stored.DirectionEnd, 12);
+    EXPECT_EQ(stored.GpsX, 121.123456789012);
+    EXPECT_EQ(Stored().GetSize(), 1);
+}
+
+TEST_F(Edit, WhatCantBeStoredIsToldAndTheWindowStays) {
+    _REC_DATA record = Store();
+    record.DefectCode = "ZZ";
+    record.DefectLevel = 3;
+    ASSERT_TRUE(Database.UpdateRecord(record));
+    Folder.Prompts.GivePath("");
+    Open([this](CSizeDlg& dialog) {
+        EXPECT_EQ(TextOf(dialog, 1000), "");
+        Press(dialog, 1033);
+        Folder.Prompts.Expect(2103);
+        Press(dialog, 1);
+        Type(dialog, 1000, "nothing like it");
+        dialog.GetDlgItem(1013)->setFocus();
+        EXPECT_EQ(TextOf(dialog, 1000), "");
+        Type(dialog, 1000, "沉");
+        dialog.GetDlgItem(1013)->setFocus();
+        Type(dialog, 1013, "5x");
+        Folder.Prompts.Expect(3170);
+        Press(dialog, 1);
+        Type(dialog, 1013, "5");
+        Type(dialog, 1017, "4");
+        Folder.Prompts.Expect(2104);
+        Press(dialog, 1);
+        Type(dialog, 1017, "30.001");
+        Folder.Prompts.Expect(2107);
+        Press(dialog, 1);
+        Press(dialog, 2);
+    });
+    EXPECT_EQ(Stored()[0].DefectCode, "ZZ");
+}
+
+TEST_F(Edit, ADrawingIsWrittenAndCanBeReset) {
+    Store();
+    Open([this](CSizeDlg& dialog) {
+        EXPECT_FALSE(IsEnabled(dialog, 1036));
+        PressKey(dialog, Qt::Key_1, Qt::ControlModifier);
+        EXPECT_FALSE(IsEnabled(dialog, 1));
+        EXPECT_FALSE(dialog.GetDlgItem(1)->toolTip().isEmpty());
+        dialog.reject();
+        EXPECT_TRUE(dialog.isVisible()) << "nothing drawn may be left unwritten";
+        Draw(dialog, {100, 100}, {200, 200});
+        Draw(dialog, {300, 100}, {350, 200});
+        Press(dialog, 31);
+        Photograph(dialog, "edit-drawing");
+        Press(dialog, 1050);
+        EXPECT_TRUE(IsEnabled(dialog, 1));
+        const QImage drawn(ToQt(HostFiles().HostPath(Stored()[0].GetPicture1())));
+        EXPECT_EQ(drawn.size(), dialog.GetDlgItem(1011)->size());
+        EXPECT_TRUE(IsRed(drawn, {100, 150}));
+        EXPECT_FALSE(IsRed(drawn, {300, 150}));
+
+        Folder.Prompts.ExpectQuestion(2108, true);
+        Press(dialog, 32);
+        EXPECT_EQ(Folder.ReadFile("job/picture/a.jpg"), Folder.ReadFile("job/picture/a_original.jpg"));
+        EXPECT_FALSE(IsRed(dialog.GetDlgItem(1011)->grab().toImage(), {100, 150}));
+
+        Folder.Prompts.GiveColour(0xFF0000);
+        Press(dialog, 1053);
+        Press(dialog, 1051);
+        Draw(dialog, {100, 100}, {200, 100});
+        Folder.Prompts.ExpectQuestion(2108, true);
+        Press(dialog, 32);
+        EXPECT_TRUE(IsEnabled(dialog, 1)) << "a reset ends the tool";
+        Press(dialog, 2);
+    });
+}
+
+TEST_F(Edit, CalibrationAllowsToMeasureAndToDeleteTheOnlyPicture) {
+    Calibrated = false;
+    Store();
+    Open([this](CSizeDlg& dialog) {
+        const std::string before = Folder.ReadFile("job/picture/a.jpg");
+        EXPECT_FALSE(IsEnabled(dialog, 34));
+        Press(dialog, 33);
+        QWidget* canvas = dialog.GetDlgItem(1011);
+        QTest::mouseClick(canvas, Qt::LeftButton, {}, {100, 100});
+        QTest::mouseClick(canvas, Qt::LeftButton, {}, {200, 100});
+        Press(dialog, 33);
+        EXPECT_EQ(MmPerPixel, 0.5F);
+        EXPECT_EQ(Folder.ReadFile("job/picture/a.jpg"), before) << "a calibration leaves no mark";
+        Press(dialog, 34);
+        QTest::mouseClick(canvas, Qt::LeftButton, {}, {100, 200});
+        QTest::mouseClick(canvas, Qt::LeftButton, {}, {160, 200});
+        Photograph(dialog, "edit-measuring");
+        Press(dialog, 34);
+        EXPECT_NE(Folder.ReadFile("job/picture/a.jpg"), before);
+
+        Folder.Prompts.ExpectQuestion(2102, false);
+        Press(dialog, 1036);
+        Type(dialog, 1005, "geändert");
+        Folder.Prompts.ExpectQuestion(2102, true);
+        Press(dialog, 1036);
+        EXPECT_FALSE(dialog.Item<CCtrlPic>(1011)->HasPicture());
+        EXPECT_FALSE(IsEnabled(dialog, 1036));
+        Press(dialog, 2);
+    });
+    EXPECT_FALSE(Exists("job/picture/a.jpg"));
+    EXPECT_FALSE(Exists("job/picture/a_original.jpg"));
+    EXPECT_EQ(Stored()[0].Pictures.GetSize(), 0);
+    EXPECT_EQ(Stored()[0].Comment, "geändert") << "the row is written with the picture gone";
+    Calibrated = false;
+}
+
+TEST_F(Edit, OfTwoPicturesEitherIsShownAndDeleted) {
+    Store();
+    Folder.Prompts.GivePath(WritePicture("other.jpg", Qt::green));
+    Open([](CSizeDlg& dialog) {
+        Press(dialog, 1033);
+        EXPECT_EQ(Box(dialog, 1008).count(), 1);
+        Press(dialog, 1);
+    });
+    ASSERT_EQ(Stored()[0].Pictures.GetSize(), 2);
+    Folder.Prompts.ExpectQuestion(2102, true);
+    Open([](CSizeDlg& dialog) {
+        PressKey(Box(dialog, 1008), Qt::Key_Down);
+        EXPECT_EQ(dialog.GetDlgItem(1011)->grab().toImage().pixelColor(9, 9).green(), 255);
+        PressKey(Box(dialog, 1008), Qt::Key_Up);
+        Press(dialog, 1036);
+        EXPECT_EQ(TextOf(dialog, 1008), "1");
+        EXPECT_EQ(dialog.GetDlgItem(1011)->grab().toImage().pixelColor(9, 9).green(), 255);
+        Press(dialog, 2);
+    });
+    EXPECT_FALSE(Exists("job/picture/a.jpg"));
+    EXPECT_TRUE(Exists("job/picture/a_Ex.jpg"));
+    EXPECT_EQ(Stored()[0].Pictures.GetSize(), 1);
+}
+
+// A new defect has no row: what is stored under the number of its section is another defect.
+TEST_F(Edit, APictureOfANewDefectIsDeletedWithoutTouchingAnotherRow) {
+    Store();
+    Folder.Prompts.Expect(2195);
+    Folder.Prompts.ExpectQuestion(2102, true);
+    InNextDialog([](CSizeDlg& dialog) {
+        Press(dialog, 33);
+        Press(dialog, 33);
+        Press(dialog, 1036);
+        Press(dialog, 2);
+    });
+    EXPECT_FALSE(NewDefect(Database, Section, Section.VideoFileList, 1.5, nullptr));
+    EXPECT_EQ(Stored()[0].Comment, "看不清");
+    EXPECT_EQ(Stored()[0].Pictures.GetSize(), 1);
+}
+
+TEST_F(Edit, FitsTheScreenInBothLanguages) {
+    Store();
+    for (const char* language : {"简体中文", "English"}) {
+        Folder.UseLanguage(language);
+        Open([&](CSizeDlg& dialog) {
+            EXPECT_LE(dialog.width(), 1366);
+            EXPECT_LE(dialog.height(), 720);
+            EXPECT_FALSE(dialog.GetDlgItem(1049)->isVisible());
+            for (const QWidget* control : dialog.findChildren<QWidget*>()) {
+                EXPECT_FALSE(control->isVisible() && control->parentWidget() == &dialog &&
+                             control->width() < control->minimumSizeHint().width())
+                    << language << " " << control->objectName().toStdString();
+            }
+            Photograph(dialog, QString("edit-") + language);
+            Press(dialog, 2);
+        });
+    }
+}
