@@ -1,6 +1,7 @@
 #include "shell/numbers.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
@@ -71,6 +72,18 @@ double FromDecimal(std::string_view decimal) {
                                                        : value;
 }
 
+template <class Float>
+std::string Exact(Float value) {
+    if (std::isnan(value)) {
+        return "NaN";
+    }
+    if (std::isinf(value)) {
+        return value < 0 ? "-Infinity" : "Infinity";
+    }
+    std::array<char, 64> buffer{};
+    return {buffer.data(), std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr};
+}
+
 }  // namespace
 
 double RoundTo(double value, int digits) {
@@ -114,6 +127,14 @@ std::string FormatNumber(double value, int digits) {
 
 std::string FormatFixed(double value, int digits) {
     return std::isnan(value) ? "nan" : Print(value, digits);  // the sign of no number means nothing
+}
+
+std::string FormatExact(double value) {
+    return Exact(value);
+}
+
+std::string FormatExact(float value) {
+    return Exact(value);
 }
 
 double ParseDouble(std::string_view text) {

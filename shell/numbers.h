@@ -20,6 +20,10 @@ std::string FormatNumber(double value, int digits);
 // finite.
 std::string FormatFixed(double value, int digits);
 
+// The shortest text that reads back as the same bits; "NaN", "Infinity", "-Infinity".
+std::string FormatExact(double value);
+std::string FormatExact(float value);
+
 // As `atof` and `atoi` read: leading white space, then as many characters as make a decimal number;
 // what isn't a number counts 0. Hexadecimal, "inf" and "nan" aren't numbers here.
 double ParseDouble(std::string_view text);

@@ -5,6 +5,7 @@
 #include "shell/CClock.h"
 #include "shell/CDesktop.h"
 #include "shell/CHostFiles.h"
+#include "shell/CProgress.h"
 #include "shell/CStreamPrompts.h"
 
 namespace {
@@ -14,7 +15,8 @@ CSeams Defaults() {
     static CSystemClock clock;
     static CHostFiles files(".");
     static CNoDesktop desktop;
-    return {&prompts, &clock, &files, &desktop};
+    static CProgress progress;
+    return {&prompts, &clock, &files, &desktop, &progress};
 }
 
 CSeams& Installed() {
@@ -40,12 +42,17 @@ CDesktop& Desktop() {
     return *Installed().Desktop;
 }
 
+CProgress& Progress() {
+    return *Installed().Progress;
+}
+
 CSeamScope::CSeamScope(const CSeams& seams) : m_former(Installed()) {
     CSeams& now = Installed();
     now.Prompts = seams.Prompts != nullptr ? seams.Prompts : now.Prompts;
     now.Clock = seams.Clock != nullptr ? seams.Clock : now.Clock;
     now.Files = seams.Files != nullptr ? seams.Files : now.Files;
     now.Desktop = seams.Desktop != nullptr ? seams.Desktop : now.Desktop;
+    now.Progress = seams.Progress != nullptr ? seams.Progress : now.Progress;
 }
 
 CSeamScope::~CSeamScope() {
