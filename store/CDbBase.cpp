@@ -125,16 +125,29 @@ void CDbBase::Connect(const std::string& hostPath, std::string_view password, in
     Run("PRAGMA cipher_page_size = " + std::to_string(PageSize));
     Run("PRAGMA locking_mode = EXCLUSIVE");
     Run("PRAGMA synchronous = FULL");
-    // The schema says NOCASE, which every tool knows but folds ASCII only; here it folds all letters. No
-    // text column has an index, so the other order inside the files of other tools does no harm.
-    sqlite3_create_collation(m_connection, "NOCASE", SQLITE_UTF8, nullptr, CollateNoCase);
-    sqlite3_create_function(m_connection, "now", 0, SQLITE_UTF8, nullptr, SqlNow, nullptr, nullptr);
+    AddFunctions();
     // The first lock is taken here, and with the locking mode above it stays. The engine refuses an
     // exclusive one on a file that can't be written.
     const bool readOnly = sqlite3_db_readonly(m_connection, "main") == 1;
     Run(readOnly ? "BEGIN" : "BEGIN EXCLUSIVE");
     Run("SELECT count(*) FROM sqlite_master");
     Run("COMMIT");
+}
+
+void CDbBase::AddFunctions() {
+    // The schema says NOCASE, which every tool knows but folds ASCII only; here it folds all letters. No
+    // text column has an index, so the other order inside the files of other tools does no harm.
+    sqlite3_create_collation(m_connection, "NOCASE", SQLITE_UTF8, nullptr, CollateNoCase);
+    sqlite3_create_function(m_connection, "now", 0, SQLITE_UTF8, nullptr, SqlNow, nullptr, nullptr);
+}
+
+void CDbBase::CreateInMemory() {
+    Close();
+    constexpr int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
+    if (sqlite3_open_v2(":memory:", &m_connection, flags, nullptr) != SQLITE_OK) {
+        throw CDbError("no memory for a database");
+    }
+    AddFunctions();
 }
 
 void CDbBase::Run(const std::string& statement) const {

@@ -42,6 +42,8 @@ public:
     // A new, empty, encrypted file for the makers of criterion files; an existing one is an error.
     // Throws CDbError.
     void Create(const std::string& hostPath, std::string_view password);
+    // Without a file, gone with Close. Throws CDbError.
+    void CreateInMemory();
 
 protected:
     // Counts up whenever a batch begins; 0 outside of batches. What is remembered for the length of a
@@ -50,11 +52,13 @@ protected:
 
 private:
     friend class CDbBatch;
+    friend class CTableWriter;
     void BeginBatch();
     void EndBatch();
     bool IsBatchLost() const;
 
     void Connect(const std::string& hostPath, std::string_view password, int flags);
+    void AddFunctions();
     void Run(const std::string& statement) const;
     void Disconnect();
 

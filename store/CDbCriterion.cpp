@@ -2,6 +2,7 @@
 
 #include "shell/CPrompts.h"
 #include "store/CDbError.h"
+#include "store/jetconversion.h"
 #include "store/sqltext.h"
 
 namespace {
@@ -24,7 +25,8 @@ void CDbCriterion::Close() {
 
 bool CDbCriterion::OpenDatabase(std::string_view path, std::string_view password) {
     try {
-        if (!Open(path, password)) {
+        Close();
+        if (!PrepareToOpen(path, password) || !Open(path, password)) {
             return false;
         }
         if (LoadDefectNames()) {

@@ -11,6 +11,8 @@
 #include "shell/textcodec.h"
 #include "store/CDbRec.h"
 #include "store/COpenFile.h"
+#include "store/jetconversion.h"
+#include "store/jetlisting.h"
 
 namespace {
 
@@ -27,8 +29,45 @@ std::string FreeProjectPath() {
     }
 }
 
+// As a listing reads it: nothing is asked, and a file of the older engine isn't changed. Without `count`
+// the records aren't counted. Shows the message of what fails.
+bool ReadListed(std::string_view path, std::string_view password, _PRO_DATA& project, std::int32_t* count) {
+    if (IsOldDatabase(path)) {
+        const JetListed listed = ListOldDatabase(path, password);
+        const bool uncounted = count != nullptr && listed.Records < 0;
+        const int failure = listed.OpenFailure != 0   ? listed.OpenFailure
+                            : listed.ReadFailure != 0 ? listed.ReadFailure
+                            : uncounted               ? 2018
+                                                      : 0;
+        if (failure != 0) {
+            ShowOldDatabaseFailure(failure, path);
+            return false;
+        }
+        const std::string ownPath = project.ProjectPath;
+        project = listed.Attributes;
+        project.ProjectPath = ownPath;
+        if (count != nullptr) {
+            *count = listed.Records;
+        }
+        return true;
+    }
+    CDbRec database;
+    if (!database.OpenDatabase(path, password) || !database.ReadAttrib(project)) {
+        return false;
+    }
+    if (count != nullptr) {
+        *count = database.CountRecords(-1);
+        return *count >= 0;
+    }
+    return true;
+}
+
 // Opening first rolls back what a crash may have left half done; only then a copy is whole.
 bool ReadForDeletion(std::string_view path) {
+    if (IsOldDatabase(path)) {
+        _PRO_DATA project;
+        return ReadListed(path, CDbPassword, project, nullptr);
+    }
     CDbRec database;
     CTestingDataArray sections;
     return database.OpenDatabase(path, CDbPassword) && database.ReadTestings(sections);
@@ -51,6 +90,7 @@ bool EmptyProject(std::string_view path) {
 void FillProjects(std::string_view folder, std::string_view excludedPath, ProjectListing& listing) {
     listing.Projects.RemoveAll();
     listing.Rows.clear();
+    const CJetListingScope remembered;
     for (const std::string& name : HostFiles().ListFiles(folder, Extension)) {
         const std::string path = std::string(folder) + name;
         if (!EqualNoCase(path, excludedPath)) {
@@ -62,26 +102,21 @@ void FillProjects(std::string_view folder, std::string_view excludedPath, Projec
 bool AddProjectRow(std::string_view path, ProjectListing& listing) {
     _PRO_DATA& project = listing.Projects[listing.Projects.Add(_PRO_DATA())];
     project.ProjectPath = path;
-    CDbRec database;
-    if (!database.OpenDatabase(path, CDbPassword) || !database.ReadAttrib(project)) {
+    std::int32_t count = 0;
+    if (!ReadListed(path, CDbPassword, project, &count)) {
         return false;
     }
-    const std::int32_t count = database.CountRecords(-1);
-    if (count < 0) {
-        return false;
-    }
-    database.Close();
     listing.Rows.push_back(
         {project.ProjectName, project.CriterionName, count, project.CreateTime, std::string(path)});
     return true;
 }
 
 void LoadCriterionList(CCriterionDataArray& list, std::string_view folder, std::string_view password) {
+    const CJetListingScope remembered;
     for (const std::string& name : HostFiles().ListFiles(folder, Extension)) {
         _CRITERION_DATA entry{std::string(folder) + name, {}};
-        CDbRec database;
         _PRO_DATA attributes;
-        const bool read = database.OpenDatabase(entry.Path, password) && database.ReadAttrib(attributes);
+        const bool read = ReadListed(entry.Path, password, attributes, nullptr);
         entry.Name = read ? attributes.CriterionName : LoadMessage(2004);
         list.Add(std::move(entry));
     }
@@ -99,9 +134,12 @@ std::string CreateProject(const ProjectProperties& properties, int criterionInde
     }
     const std::string path = FreeProjectPath();
     const std::string& source = criteria[criterionIndex].Path;
-    // A copy of an open file would take its lock away.
-    if (COpenFile::IsOpen(HostFiles().HostPath(source)) ||
-        !HostFiles().CopyFile(source, path, CHostFiles::Existing::Keep)) {
+    if (IsOldDatabase(source)) {
+        if (!ConvertTo(source, path, CDbPassword)) {
+            return {};
+        }
+    } else if (COpenFile::IsOpen(HostFiles().HostPath(source)) ||  // a copy would take its lock away
+               !HostFiles().CopyFile(source, path, CHostFiles::Existing::Keep)) {
         ShowMessage(2203, path);
         return {};
     }
@@ -125,7 +163,8 @@ bool DeleteProject(std::string_view path) {
         return false;
     }
     (void)Desktop().CopyToTrash(path);
-    if (!EmptyProject(path)) {
+    // Nobody converts a project to throw it away.
+    if (!IsOldDatabase(path) && !EmptyProject(path)) {
         return false;
     }
     if (!HostFiles().DeleteFile(path)) {

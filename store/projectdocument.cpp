@@ -63,7 +63,8 @@ LoadedDocument ParseDocument(std::string_view text) {
         }
     }
     if (json.contains("attributes")) {
-        CheckProjectJson(json["attributes"], "attributes");
+        _PRO_DATA unused;  // they stay those of the project, but have to be right
+        ProjectFromJson(json["attributes"], "attributes", unused);
     }
     LoadedDocument document;
     for (const Json& entry : ListOf(json, "sections", "sections")) {

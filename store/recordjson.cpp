@@ -154,11 +154,10 @@ Json RecordToDocument(const _REC_DATA& record) {
     return json;
 }
 
-void CheckProjectJson(const Json& json, const std::string& place) {
+void ProjectFromJson(const Json& json, const std::string& place, _PRO_DATA& project) {
     if (!json.is_object()) {
         Refuse(place, "must be an object");
     }
-    _PRO_DATA project;
     for (const auto& [name, value] : json.items()) {
         if (!FieldFromJson(name, value, place, project, ProjectFields())) {
             Refuse(place, "unknown field \"" + name + "\"");

@@ -19,7 +19,7 @@ nlohmann::ordered_json RecordToDocument(const _REC_DATA& record);
 // All throw std::runtime_error that tells what is wrong and where: an unknown field, a wrong type, a
 // number out of its column's range. Members that aren't there keep the default; `place` names the value.
 // Pictures of a record are taken as they stand; nothing is copied.
-void CheckProjectJson(const nlohmann::ordered_json& json, const std::string& place);
+void ProjectFromJson(const nlohmann::ordered_json& json, const std::string& place, _PRO_DATA& project);
 void SectionFromJson(const nlohmann::ordered_json& json, const std::string& place, _TESTING_DATA& section);
 void RecordFromDocument(const nlohmann::ordered_json& json, const std::string& place, _REC_DATA& record);
 
