@@ -36,6 +36,8 @@ constexpr Command Commands[] = {
     {"load", "PROJECT FILE.json", "add the sections and records of such a document", RunLoad},
     {"grab", "VIDEO SECONDS -o FILE.jpg", "write the frame that is shown at that position as a picture",
      RunGrab},
+    {"convert", "FILE... [--to DIR] [--json]",
+     "convert files of the older database engine, in place or into a folder", RunConvert},
     {"make-standard", "FILE.json -o FILE.mdb", "make a criterion database", RunMakeStandard},
     {"settings",
      "[--language NAME] [--work-folder DIR] [--gps-port N] [--gps-baud N] [--drive X=DIR]... [--json]",
@@ -43,11 +45,12 @@ constexpr Command Commands[] = {
 };
 
 void PrintUsage(std::ostream& out) {
-    out << "usage: drovane-cli [--app-folder DIR] COMMAND ...\n\n";
+    out << "usage: drovane-cli [--app-folder DIR] [--yes] COMMAND ...\n\n";
     for (const Command& command : Commands) {
         out << "  " << command.Name << ' ' << command.Usage << "\n      " << command.Purpose << '\n';
     }
-    out << "\nPROJECT is the path of a project file. Exit codes: 0 done, 1 failed, 2 called wrongly.\n";
+    out << "\nPROJECT is the path of a project file. Questions count as answered with Cancel, with --yes as"
+           " answered with OK.\nExit codes: 0 done, 1 failed, 2 called wrongly.\n";
 }
 
 // The folder that holds the program folder's own parts, and that relative resource paths start from.
@@ -70,9 +73,20 @@ fs::path FindAppFolder(std::vector<std::string>& words) {
     return ExecutableFolder();
 }
 
+bool TakeFlag(std::vector<std::string>& words, const char* flag) {
+    const auto end = std::find(words.begin(), words.end(), "--");
+    const auto found = std::find(words.begin(), end, flag);
+    if (found == end) {
+        return false;
+    }
+    words.erase(found);
+    return true;
+}
+
 int RunCommand(std::vector<std::string> words, std::ostream& out, std::ostream& err) {
     const std::string startFolder = fs::current_path().string();
     const fs::path appFolder = FindAppFolder(words);
+    const bool yes = TakeFlag(words, "--yes");
     if (words.empty()) {
         PrintUsage(err);
         return 2;
@@ -89,7 +103,7 @@ int RunCommand(std::vector<std::string> words, std::ostream& out, std::ostream& 
         throw CUsageError("unknown command " + name);
     }
     CHostFiles files(appFolder);
-    CStreamPrompts prompts(err, false);
+    CStreamPrompts prompts(err, yes);
     const CSeamScope seams({&prompts, nullptr, &files, nullptr});
     EnterProgramFolder(appFolder);
     LoadSettings();
