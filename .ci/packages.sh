@@ -6,7 +6,7 @@ packages=(
     libsqlcipher-dev libssl-dev libtinyxml2-dev nlohmann-json3-dev
     mdbtools-dev                                     # databases of the older engine
     libavformat-dev libavcodec-dev libswscale-dev libavutil-dev libjpeg-dev
-    qt6-base-dev qt6-svg-dev libgl-dev libmpv-dev # windows
+    qt6-base-dev qt6-svg-dev libgl-dev libmpv-dev    # windows
     libgtest-dev libbenchmark-dev                    # tests and timings
     xvfb xauth fonts-noto-cjk                        # windows without a display, Chinese texts
     ffmpeg python3                                   # demo job and test scripts

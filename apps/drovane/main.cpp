@@ -8,6 +8,7 @@
 #include "apps/drovane/CDrovaneGui.h"
 #include "shell/CHostFiles.h"
 #include "shell/dialogs/CLocalLiveChannel.h"
+#include "shell/dialogs/CProgressNote.h"
 #include "shell/dialogs/CQtDesktop.h"
 #include "shell/dialogs/CQtPrompts.h"
 #include "shell/dialogs/CSizeDlg.h"
@@ -30,7 +31,8 @@ int RunProgram(int argc, char** argv) {
     CHostFiles files(folder);
     CQtPrompts prompts;
     CQtDesktop desktop;
-    const CSeamScope seams({&prompts, nullptr, &files, &desktop});
+    CProgressNote progress;
+    const CSeamScope seams({&prompts, nullptr, &files, &desktop, &progress});
     EnterProgramFolder(folder);
     QApplication::setWindowIcon(QIcon(ToQt(files.HostPath("ui\\drovane.png"))));
 

@@ -141,15 +141,16 @@ TEST_F(ReviewWindow, CommandsSayWhatTheyMiss) {
         Folder.Prompts.Expect(2185);
         Press(window, id);
     }
-    for (const int id : {1023, 1028, 1079}) {
+    Press(window, 1037);
+    for (const int id : {1023, 1028, 1079, 1035}) {
         Folder.Prompts.Expect(2191);
         Press(window, id);
     }
-    for (const int id : {1030, 1033}) {
+    for (const int id : {1030, 1033, 1029}) {
         Folder.Prompts.Expect(2196);
         Press(window, id);
     }
-    for (const int id : {1027, 1025, 1026, 1018, 1019, 1035, 1037, 1029}) {
+    for (const int id : {1027, 1025, 1026, 1018, 1019}) {
         EXPECT_FALSE(IsEnabled(window, id)) << id;
         EXPECT_NE(window.GetDlgItem(id)->toolTip(), "") << id;
     }
@@ -233,4 +234,70 @@ TEST_F(ReviewWindow, SectionsAreMadeChangedSortedAndDeleted) {
     List(window).SelectRow(1);
     Press(window, 1079);
     EXPECT_EQ(List(window).SelectedRow(), 1);
+}
+
+TEST_F(ReviewWindow, TwentyDefectsAreStoredWithKeysAlone) {
+    CDlgProAtrrib window(Project);
+    window.show();
+    WaitFor(50);
+    PressKey(List(window), Qt::Key_Home);
+    PressKey(List(window), Qt::Key_Down);
+    ASSERT_TRUE(WaitFor([&] { return PlayerOf(window).Duration() > 0.0; }));
+    constexpr int Count = 20;
+    for (int i = 0; i < Count; ++i) {
+        PlayerOf(window).Controls().SetCurrentPosition(0.2 * i);
+        window.activateWindow();
+        ASSERT_TRUE(WaitFor([&] { return QApplication::activeWindow() == &window; }));
+        InNextDialog([i](CSizeDlg& dialog) {
+            dialog.activateWindow();
+            EXPECT_TRUE(WaitFor([&] { return QApplication::activeWindow() == &dialog; }));
+            // A list of what fits may be open above the window.
+            const auto target = [&dialog] {
+                QWidget* popup = QApplication::activePopupWidget();
+                return popup != nullptr ? popup : dialog.focusWidget();
+            };
+            for (const char key : {'b', 'x'}) {
+                QTest::keyClick(target(), key);
+            }
+            PressKey(*target(), Qt::Key_Return);
+            for (int tab = 0; tab < 20 && dialog.focusWidget() != dialog.GetDlgItem(1013); ++tab) {
+                PressKey(*target(), Qt::Key_Tab);
+            }
+            QTest::keyClicks(dialog.focusWidget(), QString::number(i));
+            PressKey(*dialog.focusWidget(), Qt::Key_Return);
+        });
+        PressKey(window, Qt::Key_F5);
+        ASSERT_TRUE(AllDialogsCame()) << i;
+    }
+    ASSERT_EQ(DefectsOf(window).RowCount(), 2 + Count);
+    for (int i = 0; i < Count; ++i) {
+        const _REC_DATA& record = *DefectsOf(window).RecordAt(2 + i);
+        EXPECT_EQ(record.DefectCode, "BX");
+        EXPECT_EQ(record.DistanceStart, static_cast<float>(i));
+        EXPECT_EQ(record.DistanceEnd, static_cast<float>(i));
+        const std::string picture =
+            HostFiles().ReadFile(record.GetPicture1(), std::size_t{1} << 20U).value_or("");
+        EXPECT_EQ(ReadNumber(ReadJpeg(picture)), i * 5) << record.GetPicture1();
+        EXPECT_TRUE(HostFiles().Exists(MakeOriginalPath(record.GetPicture1())));
+    }
+}
+
+TEST_F(ReviewWindow, ACancelledDefectLeavesNoPicture) {
+    CDlgProAtrrib window(Project);
+    window.show();
+    WaitFor(50);
+    List(window).SelectRow(1);
+    ASSERT_TRUE(WaitFor([&] { return PlayerOf(window).Duration() > 0.0; }));
+    for (const int command : {1035, 1037}) {
+        InNextDialog([&](CSizeDlg& dialog) {
+            EXPECT_TRUE(std::filesystem::exists(Folder.Host("job/picture/Y1-Y2_092653.jpg")));
+            Photograph(dialog, QString::number(command));
+            Press(dialog, CSizeDlg::IdCancel);
+        });
+        Press(window, command);
+        EXPECT_TRUE(AllDialogsCame());
+        EXPECT_FALSE(std::filesystem::exists(Folder.Host("job/picture/Y1-Y2_092653.jpg")));
+        EXPECT_FALSE(std::filesystem::exists(Folder.Host("job/picture/Y1-Y2_092653_original.jpg")));
+    }
+    EXPECT_EQ(DefectsOf(window).RowCount(), 2);
 }

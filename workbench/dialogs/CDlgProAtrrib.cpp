@@ -87,6 +87,7 @@ void CDlgProAtrrib::MakeControls() {
     m_sections->OnItemChanged = [this] { SetTimer(TimerSection, Deferral); };
     m_sections->OnDoubleClick = [this](int) { OnSectionProperties(); };
     m_sections->OnRightClick = [this](const QPoint& at) { OnSectionMenu(at); };
+    m_defects->OnDoubleClick = [this](int) { OnEditDefect(); };
     m_defects->OnItemChanged = [this] { SetTimer(TimerDefect, Deferral); };
     m_player->OnEscape = [this] { OnCancel(); };
     m_sections->setAccessibleName(MessageText(MessageSectionList));

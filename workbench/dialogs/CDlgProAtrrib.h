@@ -89,6 +89,10 @@ private:
     void OnDeleteSection();
     void OnSectionProperties();
     void OnCalculateGps();
+    void OnNewDefect();
+    void OnNewManholeDefect();
+    void OnEditDefect();
+    void RefillDefects();
     void OnDeleteDefect();
     void OnSecondPicture();
     void OnSortByWells();

@@ -6,6 +6,7 @@
 #include "controls/CButtonST.h"
 #include "controls/CWMPPlayer4.h"
 #include "defects/dialogs/CCtrlPic.h"
+#include "defects/dialogs/defectcommands.h"
 #include "fieldimport/acquisitionimport.h"
 #include "shell/CPrompts.h"
 #include "shell/dialogs/CDlgAbout.h"
@@ -49,10 +50,10 @@ const std::vector<CDlgProAtrrib::Command>& CDlgProAtrrib::Commands() {
         {1023, &CDlgProAtrrib::OnDeleteSection},
         {1028, &CDlgProAtrrib::OnSectionProperties},
         {1079, &CDlgProAtrrib::OnCalculateGps},
-        {1035, nullptr},
-        {1037, nullptr},
+        {1035, &CDlgProAtrrib::OnNewDefect},
+        {1037, &CDlgProAtrrib::OnNewManholeDefect},
         {1030, &CDlgProAtrrib::OnDeleteDefect},
-        {1029, nullptr},
+        {1029, &CDlgProAtrrib::OnEditDefect},
         {1033, &CDlgProAtrrib::OnSecondPicture},
     };
     return commands;
@@ -217,6 +218,54 @@ void CDlgProAtrrib::OnCalculateGps() {
     if (m_database->RecalcRecordGps(m_sections->SelectedSection()->ID)) {
         RefreshLists();
         ReselectSection(row);
+    }
+}
+
+void CDlgProAtrrib::OnNewDefect() {
+    if (!NeedSection()) {
+        return;
+    }
+    if (m_player->URL().empty()) {
+        ShowMessage(2194);
+        return;
+    }
+    const _TESTING_DATA section = *m_sections->SelectedSection();
+    m_player->Controls().Pause();
+    if (NewDefect(*m_database, section, m_player->URL(), m_player->Controls().CurrentPosition(), this)) {
+        RefillDefects();
+    }
+}
+
+void CDlgProAtrrib::OnNewManholeDefect() {
+    if (!m_database || m_sections->SelectedSection() == nullptr) {
+        return;
+    }
+    const _TESTING_DATA section = *m_sections->SelectedSection();
+    m_player->Controls().Pause();
+    if (NewManholeDefect(*m_database, section, m_player->URL(), m_player->Controls().CurrentPosition(),
+                         this)) {
+        RefreshLists();
+    }
+}
+
+void CDlgProAtrrib::OnEditDefect() {
+    if (!NeedDefect() || m_sections->SelectedSection() == nullptr) {
+        return;
+    }
+    const int row = m_defects->SelectedRow();
+    const _REC_DATA record = *m_defects->SelectedRecord();
+    if (EditDefect(*m_database, *m_sections->SelectedSection(), record, this)) {
+        RefillDefects();
+        m_defects->SelectRow(std::min(row, m_defects->RowCount() - 1));
+    }
+}
+
+// Of the section that is selected now.
+void CDlgProAtrrib::RefillDefects() {
+    if (const _TESTING_DATA* section = m_sections->SelectedSection()) {
+        FillDefects(section->ID);
+    } else {
+        m_defects->Clear();
     }
 }
 
