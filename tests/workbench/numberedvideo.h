@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,11 @@ struct VideoRecipe {
     int Height = 112;
     int Frames = 300;
 };
+
+// For names of tests.
+inline void PrintTo(const VideoRecipe& recipe, std::ostream* out) {
+    *out << recipe.Name;
+}
 
 // Needs the ffmpeg program. False if it fails.
 bool MakeNumberedVideo(const VideoRecipe& recipe, const std::filesystem::path& file);
