@@ -9,6 +9,7 @@
 #include "shell/CPrompts.h"
 #include "shell/dialogs/CWaitCursor.h"
 #include "shell/dialogs/qttext.h"
+#include "shell/numbers.h"
 #include "shell/paths.h"
 #include "store/CDbRec.h"
 
@@ -51,6 +52,15 @@ CDlgNewPro::CDlgNewPro(QWidget* parent) : CSizeDlg(parent) {
     auto* column = new QVBoxLayout(this);
     column->addLayout(grid, 1);
     column->addLayout(MakeOkCancelRow());
+}
+
+void CDlgNewPro::Edit(const _PRO_DATA& project) {
+    EditFlag = 1;
+    ProjectName = project.ProjectName;
+    Comment = project.Comment;
+    ProjectIndex = project.ProjectIndex;
+    Location = project.Location;
+    CriterionIndex = ParseInt(project.StandardIndex);
 }
 
 void CDlgNewPro::OnInitDialog() {

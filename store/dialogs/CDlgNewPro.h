@@ -19,6 +19,8 @@ public:
     std::string Location;
     CCriterionDataArray CriterionList;  // read when the window opens
 
+    // Opens with what is stored of an existing project.
+    void Edit(const _PRO_DATA& project);
     ProjectProperties Properties() const { return {ProjectName, Comment, ProjectIndex, Location}; }
 
 protected:

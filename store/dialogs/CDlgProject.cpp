@@ -9,7 +9,6 @@
 #include "shell/dialogs/CWaitCursor.h"
 #include "shell/dialogs/qttext.h"
 #include "shell/language.h"
-#include "shell/numbers.h"
 #include "shell/paths.h"
 #include "store/CDbRec.h"
 #include "store/catalogue.h"
@@ -233,12 +232,7 @@ void CDlgProject::OnEditProject() {
         }
     }
     CDlgNewPro properties(this);
-    properties.EditFlag = 1;
-    properties.ProjectName = stored.ProjectName;
-    properties.Comment = stored.Comment;
-    properties.ProjectIndex = stored.ProjectIndex;
-    properties.Location = stored.Location;
-    properties.CriterionIndex = ParseInt(stored.StandardIndex);
+    properties.Edit(stored);
     bool written = false;
     while (!written) {
         if (properties.DoModal() != IdOk ||

@@ -14,7 +14,6 @@
 #include "shell/dialogs/CProgressDlg.h"
 #include "shell/dialogs/CWaitCursor.h"
 #include "shell/dialogs/qttext.h"
-#include "shell/numbers.h"
 #include "shell/seams.h"
 #include "store/CDbRec.h"
 #include "store/catalogue.h"
@@ -118,12 +117,7 @@ void CDlgProAtrrib::OnProjectProperties() {
         return;
     }
     CDlgNewPro dialog(this);
-    dialog.EditFlag = 1;
-    dialog.ProjectName = project.ProjectName;
-    dialog.Comment = project.Comment;
-    dialog.ProjectIndex = project.ProjectIndex;
-    dialog.Location = project.Location;
-    dialog.CriterionIndex = ParseInt(project.StandardIndex);
+    dialog.Edit(project);
     do {
         if (dialog.DoModal() != IdOk || dialog.ProjectName.empty() || dialog.CriterionIndex < 0) {
             return;
