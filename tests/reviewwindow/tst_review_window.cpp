@@ -236,6 +236,26 @@ TEST_F(ReviewWindow, SectionsAreMadeChangedSortedAndDeleted) {
     EXPECT_EQ(List(window).SelectedRow(), 1);
 }
 
+TEST_F(ReviewWindow, AProjectThatCannotBeOpenedLeavesTheOpenOneAsItIs) {
+    const std::string other = Folder.MakeProject("other.mdb");
+    CDbRec elsewhere;
+    ASSERT_TRUE(elsewhere.OpenDatabase(other, CDbPassword));
+    CDlgProAtrrib window(Project);
+    window.show();
+    WaitFor(50);
+    Folder.Prompts.Expect(2000);
+    EXPECT_FALSE(window.OpenProject(other));
+    EXPECT_EQ(window.ProjectPath(), Project);
+    EXPECT_EQ(List(window).RowCount(), 3);
+    List(window).SelectRow(1);
+    EXPECT_TRUE(WaitFor([&] { return DefectsOf(window).RowCount() == 2; }));
+    elsewhere.Close();
+    EXPECT_TRUE(window.OpenProject(other));
+    EXPECT_EQ(List(window).RowCount(), 0);
+    // The list was emptied: the video goes too.
+    EXPECT_TRUE(WaitFor([&] { return PlayerOf(window).URL().empty(); }));
+}
+
 TEST_F(ReviewWindow, TwentyDefectsAreStoredWithKeysAlone) {
     CDlgProAtrrib window(Project);
     window.show();

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
+#include <csignal>
 #include <filesystem>
 #include <set>
 
@@ -111,6 +113,23 @@ TEST_F(NewSections, ARefusedInsertTakesItsCopyAway) {
         return std::make_unique<CProgress>();
     }));
     EXPECT_TRUE(Works().empty());
+}
+
+TEST_F(NewSections, AFullDiskLeavesNoHalfVideo) {
+    const _TESTING_DATA section = Section("A", "B", std::string(1 << 20, 'v'));
+    rlimit former{};
+    getrlimit(RLIMIT_FSIZE, &former);
+    rlimit full = former;  // no file may grow beyond half of the video
+    full.rlim_cur = 1 << 19;
+    const auto formerHandler = std::signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &full);
+    Folder.Prompts.Expect(2190);
+    EXPECT_FALSE(Add({section}));
+    setrlimit(RLIMIT_FSIZE, &former);
+    std::signal(SIGXFSZ, formerHandler);
+    EXPECT_TRUE(Works().empty());
+    EXPECT_TRUE(Videos().empty());
+    EXPECT_TRUE(Add({section}));
 }
 
 }  // namespace
