@@ -74,6 +74,16 @@ bool RenumberSections(CDbRec& database, const std::vector<std::int32_t>& ids) {
     }
 }
 
+std::optional<_REC_DATA> StoredRecord(CDbRec& database, const _REC_DATA& shown) {
+    CRecDataArray records;
+    if (!database.ReadRecords(shown.TestingID, records, false)) {
+        return std::nullopt;
+    }
+    const auto found = std::find_if(records.begin(), records.end(),
+                                    [&](const _REC_DATA& record) { return record.ID == shown.ID; });
+    return found == records.end() ? std::nullopt : std::optional(*found);
+}
+
 bool DeleteDefect(CDbRec& database, const _REC_DATA& record) {
     if (!database.DeleteRecord(record.ID)) {
         return false;

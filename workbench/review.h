@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,6 +26,11 @@ Markers BuildMarkers(const CRecDataArray& records, std::string_view video, doubl
 // Gives the sections their places in this order, from 1 on; stops at the first that fails, which has told
 // its message. What was done stays.
 bool RenumberSections(CDbRec& database, const std::vector<std::int32_t>& ids);
+
+// The record as it is stored now. The list of defects may show an older state of it, after a manhole was
+// edited; whoever changes or deletes it must start from what is stored, or the later change would undo the
+// earlier one. Nothing if it can't be read, which has told its message, or is gone.
+std::optional<_REC_DATA> StoredRecord(CDbRec& database, const _REC_DATA& shown);
 
 // Deletes the row, then its picture files; one that can't be deleted is told with message 2105. The originals
 // and the copies for reports stay. False, with the files untouched, if the row can't be deleted.

@@ -24,6 +24,11 @@ void CProgressNote::At(std::int64_t done, std::int64_t total, const std::string&
         m_dialog->setMinimumWidth(m_dialog->fontMetrics().averageCharWidth() * 50);
         m_dialog->setAutoClose(false);
         m_dialog->setAutoReset(false);
+        m_dialog->setCursor(Qt::ArrowCursor);
+        m_dialog->show();
     }
-    m_dialog->setValue(static_cast<int>(done * Steps / total));  // handles what the operator does
+    m_dialog->setLabelText(ToQt(text));
+    m_dialog->setValue(static_cast<int>(done * Steps / total));
+    // Where the bar stands still, the operator may still press Cancel.
+    QApplication::processEvents(QEventLoop::AllEvents);
 }

@@ -247,8 +247,8 @@ void CDlgProAtrrib::OnEditDefect() {
         return;
     }
     const int row = m_defects->SelectedRow();
-    const _REC_DATA record = *m_defects->SelectedRecord();
-    if (EditDefect(*m_database, *m_sections->SelectedSection(), record, this)) {
+    const auto record = StoredRecord(*m_database, *m_defects->SelectedRecord());
+    if (record && EditDefect(*m_database, *m_sections->SelectedSection(), *record, this)) {
         RefillDefects();
         m_defects->SelectRow(std::min(row, m_defects->RowCount() - 1));
     }
@@ -268,8 +268,8 @@ void CDlgProAtrrib::OnDeleteDefect() {
         return;
     }
     const int row = m_defects->SelectedRow();
-    const _REC_DATA record = *m_defects->SelectedRecord();
-    if (DeleteDefect(*m_database, record)) {
+    const auto record = StoredRecord(*m_database, *m_defects->SelectedRecord());
+    if (record && DeleteDefect(*m_database, *record)) {
         m_canvas->ClearPicture();
         m_defects->DeleteRow(row);
     }
@@ -285,10 +285,10 @@ void CDlgProAtrrib::OnSecondPicture() {
     }
     m_player->Controls().Pause();
     const double seconds = m_player->Controls().CurrentPosition();
-    const _REC_DATA record = *m_defects->SelectedRecord();
-    const std::string name = DefectName(*m_database, record.DefectCode);
-    if (AddSecondPicture(*m_database, record, name, m_player->URL(), seconds)) {
-        FillDefects(record.TestingID);
+    const auto record = StoredRecord(*m_database, *m_defects->SelectedRecord());
+    if (record && AddSecondPicture(*m_database, *record, DefectName(*m_database, record->DefectCode),
+                                   m_player->URL(), seconds)) {
+        FillDefects(record->TestingID);
     }
 }
 
