@@ -57,6 +57,8 @@ public:
     bool IsPlaying() const { return m_playback.IsPlaying(); }
     // The file is still being loaded, or the picture of the position put isn't there yet.
     bool IsBusy() const { return m_playback.IsBusy(); }
+    // Does what the key stands for; false if for nothing. For windows whose lists have the focus.
+    bool TakeKey(const QKeyEvent& event);
     // What the picture area says as long as there is no video.
     void SetEmptyText(std::string_view text);
 
@@ -71,7 +73,6 @@ protected:
 private:
     void Refresh();
     QString CurrentMessage() const;
-    bool TakeKey(const QKeyEvent& event);
     void Skip(double seconds);
     void ShowBar();
 

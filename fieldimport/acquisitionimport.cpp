@@ -27,19 +27,6 @@ constexpr std::array<std::string _TESTING_DATA::*, 18> OsdFields = {
     &_TESTING_DATA::LayingTime,     &_TESTING_DATA::EngineeringUnits, &_TESTING_DATA::DetectionLength,
 };
 
-// A sonar description names the acquisition description beside it, near its beginning.
-bool IsSonarDescription(std::string_view path) {
-    const std::optional<std::string> bytes = HostFiles().ReadFile(path, MaxAcquisitionBytes);
-    if (!bytes) {
-        return false;
-    }
-    std::size_t end = 0;
-    for (int line = 0; line < 5 && end < bytes->size(); ++line) {
-        end = std::min(bytes->find('\n', end), bytes->size() - 1) + 1;
-    }
-    return std::string_view(*bytes).substr(0, end).find("dixmlfilename") != std::string_view::npos;
-}
-
 _TESTING_DATA MakeSection(const AcquisitionHeader& header) {
     _TESTING_DATA section;
     section.ID = 0;
@@ -122,6 +109,18 @@ bool StoreAcquisition(CDbRec& database, const _TESTING_DATA& section,
 }
 
 }  // namespace
+
+bool IsSonarDescription(std::string_view path) {
+    const std::optional<std::string> bytes = HostFiles().ReadFile(path, MaxAcquisitionBytes);
+    if (!bytes) {
+        return false;
+    }
+    std::size_t end = 0;
+    for (int line = 0; line < 5 && end < bytes->size(); ++line) {
+        end = std::min(bytes->find('\n', end), bytes->size() - 1) + 1;
+    }
+    return std::string_view(*bytes).substr(0, end).find("dixmlfilename") != std::string_view::npos;
+}
 
 bool ImportAcquisition(CDbRec& database, std::string_view path, const CLineSink& sink) {
     if (!database.IsOpen()) {

@@ -15,3 +15,6 @@ class CDbRec;
 //
 // A crash or a full disk leaves all of the import in the project or nothing.
 bool ImportAcquisition(CDbRec& database, std::string_view path, const CLineSink& sink);
+
+// A sonar description names the acquisition description beside it, near its beginning. It isn't imported yet.
+bool IsSonarDescription(std::string_view path);

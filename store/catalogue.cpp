@@ -1,5 +1,7 @@
 #include "store/catalogue.h"
 
+#include <filesystem>
+
 #include "shell/CClock.h"
 #include "shell/CDesktop.h"
 #include "shell/CHostFiles.h"
@@ -62,6 +64,12 @@ bool ReadListed(std::string_view path, std::string_view password, _PRO_DATA& pro
     return true;
 }
 
+// The open project may have been named by another way, such as a link.
+bool IsSameFile(std::string_view a, std::string_view b) {
+    std::error_code error;
+    return !b.empty() && std::filesystem::equivalent(HostFiles().HostPath(a), HostFiles().HostPath(b), error);
+}
+
 // Opening first rolls back what a crash may have left half done; only then a copy is whole.
 bool ReadForDeletion(std::string_view path) {
     if (IsOldDatabase(path)) {
@@ -93,7 +101,7 @@ void FillProjects(std::string_view folder, std::string_view excludedPath, Projec
     const CJetListingScope remembered;
     for (const std::string& name : HostFiles().ListFiles(folder, Extension)) {
         const std::string path = std::string(folder) + name;
-        if (!EqualNoCase(path, excludedPath)) {
+        if (!EqualNoCase(path, excludedPath) && !IsSameFile(path, excludedPath)) {
             (void)AddProjectRow(path, listing);
         }
     }

@@ -48,8 +48,9 @@ Markers BuildMarkers(const CRecDataArray& records, std::string_view video, doubl
     markers.Rows.assign(seconds, 0);
     for (int row = 0; row < records.GetSize(); ++row) {
         const double time = records[row].GetPicTime1();
-        if (time >= 0.0 && time < static_cast<double>(seconds) && EqualNoCase(records[row].Video, video)) {
-            const auto second = static_cast<std::size_t>(time);
+        // A time just before the beginning is cut to the first second.
+        if (time > -1.0 && time < static_cast<double>(seconds) && EqualNoCase(records[row].Video, video)) {
+            const auto second = static_cast<std::size_t>(static_cast<std::int64_t>(time));
             markers.Flags[second] = 1;
             markers.Rows[second] = static_cast<std::uint32_t>(row);
         }

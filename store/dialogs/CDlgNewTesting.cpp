@@ -94,6 +94,9 @@ void CDlgNewTesting::AddEdit(QFormLayout* form, int label, const char* caption, 
 void CDlgNewTesting::AddBox(QFormLayout* form, int label, const char* caption, int id, bool editable) {
     auto* box = AddControl(id, new QComboBox(this));
     box->setEditable(editable);
+    if (editable) {
+        box->setCompleter(nullptr);  // what is typed stays as typed
+    }
     box->setInsertPolicy(QComboBox::NoInsert);
     box->setMaxVisibleItems(20);
     for (const char* proposal : SectionProposals(id)) {
@@ -311,6 +314,9 @@ void CDlgNewTesting::OnAddVideos() {
     // All files are offered under this label: recorders name theirs in many ways.
     const std::vector<std::string> paths =
         Prompts().PickOpenFiles(LoadMessage(3042), {{LoadMessage(2180) + "(*.avi)", {"*.*"}}});
+    if (paths.empty()) {
+        return;
+    }
     KeepTypedWells();
     if (AddVideos(m_form, paths)) {
         ShowVideos();

@@ -46,7 +46,6 @@ CDlgProject::CDlgProject(int mode, QWidget* parent)
       m_projects(AddControl(IdProjects, new CProjectList(this))),
       m_warning(new QLabel(this)) {
     setWindowTitle("工程列表");
-    m_projects->AllowSeveral();
     m_projects->setMinimumHeight(ListHeight);
     m_projects->OnItemChanged = [this] { SetTimer(TimerSelection, AfterClick); };
     m_projects->OnDoubleClick = [this](int) { OnOK(); };
@@ -153,10 +152,14 @@ void CDlgProject::RefreshProjects() {
         m_projects->FillProjects(GetDbFolder(), ExcludedPath);
     }
     m_projects->SelectRow(selected);
+    ShowUnreadable();
+    SetTimer(TimerSelection, AfterRefresh);
+}
+
+void CDlgProject::ShowUnreadable() {
     const std::string unreadable = m_projects->UnreadableFile();
     m_warning->setText(ToQt(FillText(LoadMessage(3018), {unreadable})));
     m_warning->setVisible(!unreadable.empty());
-    SetTimer(TimerSelection, AfterRefresh);
 }
 
 void CDlgProject::OnTimer(int id) {
@@ -213,6 +216,7 @@ void CDlgProject::OnDeleteProject() {
     const CWaitCursor wait;
     if (DeleteProject(path)) {
         m_projects->DeleteRow(row);
+        ShowUnreadable();
         SetTimer(TimerSelection, AfterRefresh);
     }
     UpdateButtons();

@@ -29,6 +29,7 @@ private:
     QWidget* MakeSectionPanel();
     void MakeShortcuts();
     void RefreshProjects();
+    void ShowUnreadable();
     void UpdateButtons();
     void OnNewProject();
     void OnDeleteProject();

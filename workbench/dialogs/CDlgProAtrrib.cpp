@@ -216,7 +216,10 @@ void CDlgProAtrrib::SplitReview() {
 // The layout has given the panels their room by then.
 void CDlgProAtrrib::showEvent(QShowEvent* event) {
     CSizeDlg::showEvent(event);
-    QTimer::singleShot(0, this, [this] { SplitReview(); });
+    if (!m_split) {
+        m_split = true;  // from then on the operator's
+        QTimer::singleShot(0, this, [this] { SplitReview(); });
+    }
 }
 
 void CDlgProAtrrib::ShowSplash() {
@@ -230,7 +233,8 @@ void CDlgProAtrrib::ShowEmptyTexts() {
     m_sections->SetEmptyText(MessageText(m_database ? MessageNoSections : MessageNoProject));
     const int nothing = m_sections->SelectedRow() < 0 ? MessageChooseSection : MessageNoDefects;
     m_defects->SetEmptyText(MessageText(m_database ? nothing : MessageNoProjectVideo));
-    m_player->SetEmptyText(LoadMessage(m_database ? MessageChooseVideo : MessageNoProjectVideo));
+    const int noVideo = m_sections->SelectedRow() < 0 ? MessageChooseVideo : MessageNoVideo;
+    m_player->SetEmptyText(LoadMessage(m_database ? noVideo : MessageNoProjectVideo));
 }
 
 bool CDlgProAtrrib::OpenProject(std::string_view path) {
@@ -382,6 +386,11 @@ void CDlgProAtrrib::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape) {
         m_player->SetFullScreen(false);
         OnCancel();
+        return;
+    }
+    // Lists leave these to the window, so that the video obeys while the operator walks the lists.
+    if ((event->key() == Qt::Key_Space || event->key() == Qt::Key_Comma || event->key() == Qt::Key_Period) &&
+        m_player->TakeKey(*event)) {
         return;
     }
     // The base would press a button on Enter.

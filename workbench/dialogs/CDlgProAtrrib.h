@@ -112,4 +112,5 @@ private:
     CCtrlPic* m_canvas = nullptr;
     CPointView* m_ruler = nullptr;
     QSplitter* m_review = nullptr;
+    bool m_split = false;
 };

@@ -142,6 +142,10 @@ void CDlgProAtrrib::OnImportXml() {
     if (path.empty()) {
         return;
     }
+    if (IsSonarDescription(path)) {
+        ShowMessage(MessageSonarNotBuilt);
+        return;
+    }
     bool imported = false;
     {
         const CWaitCursor wait;

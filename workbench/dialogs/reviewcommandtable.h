@@ -34,5 +34,7 @@ inline constexpr int MessageNotBuilt = 3056;
 inline constexpr int MessageImportXml = 3057;
 inline constexpr int MessageCopying = 3058;
 inline constexpr int MessageSortByWells = 3059;
+inline constexpr int MessageNoVideo = 3082;
+inline constexpr int MessageSonarNotBuilt = 3083;
 inline constexpr int MessageSectionList = 3080;
 inline constexpr int MessageDefectList = 3081;

@@ -240,11 +240,18 @@ void CListCtrl::keyPressEvent(QKeyEvent* event) {
         ToggleChecks();
         return;
     }
-    // The toolkit gives a list that gets the focus a current row without selecting it, and the first key
-    // would step past it.
+    // A row can be current without being selected, when the list has just got the focus or a row was deleted.
+    // The first key selects it and doesn't step past it.
     if (SelectedRow() < 0 && RowCount() > 0 &&
         (event->key() == Qt::Key_Down || event->key() == Qt::Key_Home)) {
-        SelectRow(0);
+        SelectRow(event->key() == Qt::Key_Down ? std::max(currentIndex().row(), 0) : 0);
+        return;
+    }
+    // Keys without a meaning here are left to the window.
+    const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    if (plain &&
+        (event->key() == Qt::Key_Space || event->key() == Qt::Key_Comma || event->key() == Qt::Key_Period)) {
+        event->ignore();
         return;
     }
     QTreeView::keyPressEvent(event);
