@@ -1,5 +1,7 @@
 #include "shell/dialogs/qttext.h"
 
+#include <QPlainTextEdit>
+
 #include "shell/language.h"
 
 QString ToQt(std::string_view text) {
@@ -8,6 +10,12 @@ QString ToQt(std::string_view text) {
 
 std::string FromQt(const QString& text) {
     return text.toStdString();
+}
+
+void ReadEdited(const QPlainTextEdit& edit, std::string& text) {
+    if (edit.document()->isModified()) {
+        text = FromQt(edit.toPlainText().replace('\n', "\r\n"));
+    }
 }
 
 QString MessageText(int number) {

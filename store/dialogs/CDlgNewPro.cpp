@@ -92,10 +92,7 @@ void CDlgNewPro::ReadFields() {
     ProjectName = FromQt(Item<QLineEdit>(IdName)->text());
     ProjectIndex = FromQt(Item<QLineEdit>(IdIndex)->text());
     Location = FromQt(Item<QLineEdit>(IdLocation)->text());
-    // Line ends in files are those of the field's machines; what nobody touched stays as it is.
-    if (auto* comment = Item<QPlainTextEdit>(IdComment); comment->document()->isModified()) {
-        Comment = FromQt(comment->toPlainText().replace('\n', "\r\n"));
-    }
+    ReadEdited(*Item<QPlainTextEdit>(IdComment), Comment);
 }
 
 void CDlgNewPro::OnOK() {
