@@ -122,7 +122,7 @@ std::optional<std::string> DraggedEnd(const DefectNumbers& typed, float formerEn
     if (!start || *start <= ReadMetres(typed.EndDistance).value_or(formerEnd)) {
         return std::nullopt;
     }
-    return MetresText(*start);
+    return typed.StartDistance;  // rounded, it could lie before the start
 }
 
 std::optional<DefectProblem> CheckDefect(int name, int grade, const _REC_DATA& record, float sectionLength) {

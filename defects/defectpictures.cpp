@@ -1,10 +1,13 @@
 #include "defects/defectpictures.h"
 
+#include <algorithm>
+
 #include "shell/CHostFiles.h"
 #include "shell/CPrompts.h"
 #include "shell/language.h"
 #include "shell/paths.h"
 #include "shell/seams.h"
+#include "shell/textcodec.h"
 #include "workbench/capture/grabframe.h"
 #include "workbench/capture/picturepath.h"
 
@@ -12,13 +15,9 @@ namespace {
 
 constexpr int MostPictures = 2;
 
-// Empty if there is no place for it.
-std::string TakePicture(std::string_view video, double seconds) {
-    std::string path = BuildPicturePath(video);
-    if (!path.empty() && !GrabFrame(video, seconds, path)) {
-        ShowMessage(2195);
-    }
-    return path;
+bool Names(const _REC_DATA& record, std::string_view path) {
+    return std::any_of(record.Pictures.begin(), record.Pictures.end(),
+                       [path](const _PIC_DATA& picture) { return EqualNoCase(picture.Picture, path); });
 }
 
 }  // namespace
@@ -27,7 +26,7 @@ std::string SecondPicturePath(std::string_view first) {
     return GetParentFolder(first) + GetFileTitle(first) + "_Ex." + GetFileExtension(first);
 }
 
-bool AddPictureFromFile(_REC_DATA& record) {
+bool AddPictureFromFile(_REC_DATA& record, double firstTime) {
     if (record.Pictures.GetSize() >= MostPictures) {
         ShowMessage(2199);
         return false;
@@ -45,8 +44,13 @@ bool AddPictureFromFile(_REC_DATA& record) {
         ShowMessage(2702);
         return false;
     }
+    if (!Names(record, path)) {
+        // Left behind by a form that was cancelled, it would keep another picture than this. Not before the
+        // copy: it may be the file chosen.
+        (void)HostFiles().DeleteFile(MakeOriginalPath(path));
+    }
     BackupOriginal(path);
-    record.AddPicture(path, record.GetPicTime1());
+    record.AddPicture(path, record.Pictures.IsEmpty() ? firstTime : record.GetPicTime1());
     return true;
 }
 
@@ -65,9 +69,12 @@ void ResetPicture(const std::string& path) {
 }
 
 std::optional<_REC_DATA> TakeDefect(const _TESTING_DATA& section, std::string_view video, double seconds) {
-    const std::string path = TakePicture(video, seconds);
+    const std::string path = BuildPicturePath(video);
     if (path.empty()) {
         return std::nullopt;
+    }
+    if (!GrabFrame(video, seconds, path)) {
+        ShowMessage(2195);
     }
     BackupOriginal(path);
     _REC_DATA record;
@@ -83,10 +90,10 @@ void DropDefect(std::string_view picture) {
     (void)HostFiles().DeleteFile(MakeOriginalPath(picture));
 }
 
-std::optional<_REC_DATA> TakeManhole(std::string_view video, double seconds) {
-    const std::string path = TakePicture(video, seconds);
-    if (path.empty()) {
-        return std::nullopt;
+_REC_DATA TakeManhole(std::string_view video, double seconds) {
+    const std::string path = BuildPicturePath(video);
+    if (path.empty() || !GrabFrame(video, seconds, path)) {
+        ShowMessage(2195);
     }
     _REC_DATA record;
     record.AddPicture(path, seconds);
@@ -95,5 +102,7 @@ std::optional<_REC_DATA> TakeManhole(std::string_view video, double seconds) {
 }
 
 void DropManhole(std::string_view picture) {
-    (void)HostFiles().DeleteFile(picture);
+    if (!picture.empty()) {
+        (void)HostFiles().DeleteFile(picture);
+    }
 }

@@ -74,13 +74,13 @@ void C12Clock::SetEndHour(int hour) {
     Set(m_end, hour);
 }
 
-void C12Clock::SetFrom(const QPoint& point) {
+void C12Clock::SetFrom(const QPoint& point, bool start) {
     if (m_dial.isNull()) {
         return;
     }
     const QSize size = sizeHint();
     if (const auto hour = HourOfPoint(point.x(), point.y(), size.width(), size.height())) {
-        m_leftDrag ? SetStartHour(*hour) : SetEndHour(*hour);
+        start ? SetStartHour(*hour) : SetEndHour(*hour);
     }
 }
 
@@ -89,18 +89,15 @@ void C12Clock::mousePressEvent(QMouseEvent* event) {
         m_leftDrag = true;
     } else if (event->button() == Qt::RightButton) {
         m_rightDrag = true;
-        if (m_leftDrag) {
-            return;
-        }
     } else {
         return;
     }
-    SetFrom(event->position().toPoint());
+    SetFrom(event->position().toPoint(), event->button() == Qt::LeftButton);
 }
 
 void C12Clock::mouseMoveEvent(QMouseEvent* event) {
     if (m_leftDrag || m_rightDrag) {
-        SetFrom(event->position().toPoint());
+        SetFrom(event->position().toPoint(), m_leftDrag);
     }
 }
 

@@ -35,7 +35,7 @@ protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
-    void SetFrom(const QPoint& point);
+    void SetFrom(const QPoint& point, bool start);
     void Set(int& hour, int value);
 
     QPixmap m_dial;

@@ -65,6 +65,7 @@ private:
     int NameIndex() const;
     int GradeIndex() const;
     void ShowLevelText(int grade);
+    void SetComment(const std::string& comment);
     void EnableManhole(bool enable);
     DefectNumbers TypedNumbers() const;
     bool ReadFields();  // false if a number can't be read, which has been told
@@ -79,6 +80,7 @@ private:
     const float m_sectionLength;
     std::vector<DefectChoice> m_choices;  // rows of the name box
     std::vector<std::string> m_levels;    // rows of the grade box
+    double m_firstTime = -1.0;            // of the first picture that was deleted last; -1: none was
     bool m_anyPicture = false;
     bool m_choosingColour = false;
 

@@ -60,6 +60,7 @@ void CDlgEdit::OnInitDialog() {
 }
 
 void CDlgEdit::SelectDefect() {
+    const std::string comment = Record.Comment;  // replaced with the name
     const int known = FindChoice(m_choices, Record.DefectCode);
     m_names->setCurrentIndex(m_add ? (m_choices.empty() ? -1 : 0) : known);
     OnNameChange();
@@ -72,7 +73,7 @@ void CDlgEdit::SelectDefect() {
     const int grade = Record.DefectLevel - 1;
     m_grades->setCurrentIndex(grade < m_grades->count() ? grade : -1);
     ShowLevelText(m_grades->currentIndex());
-    m_comment->setPlainText(ToQt(Record.Comment));
+    SetComment(comment);
     if (Record.DefectCode.starts_with(ManholePrefix)) {
         for (const ManholeList& list : ManholeLists()) {
             const int row = Record.*list.Member;
@@ -129,7 +130,13 @@ void CDlgEdit::OnGradeChange() {
         return;
     }
     ShowLevelText(grade);
-    m_comment->setPlainText(ToQt(m_levels[At(grade)]));
+    SetComment(m_levels[At(grade)]);
+}
+
+// Until the operator changes it, the record's text is the one to store: the edit's lacks what it can't hold.
+void CDlgEdit::SetComment(const std::string& comment) {
+    Record.Comment = comment;
+    m_comment->setPlainText(ToQt(comment));
 }
 
 void CDlgEdit::ShowLevelText(int grade) {
@@ -177,7 +184,7 @@ _REC_DATA CDlgEdit::BuildRecord() const {
     }
     record.DirectionStart = static_cast<std::uint8_t>(m_clock->GetStartHour());
     record.DirectionEnd = static_cast<std::uint8_t>(m_clock->GetEndHour());
-    record.Comment = FromQt(m_comment->toPlainText());
+    ReadEdited(*m_comment, record.Comment);
     record.JcjNo = FromQt(Item<QLineEdit>(ManholeControl::Number)->text());
     for (const ManholeList& list : ManholeLists()) {
         record.*list.Member = Item<QComboBox>(list.Control)->currentIndex();
@@ -229,7 +236,7 @@ void CDlgEdit::OnPictureChange() {
 }
 
 void CDlgEdit::OnAddPicture() {
-    (void)AddPictureFromFile(Record);
+    (void)AddPictureFromFile(Record, m_firstTime);
 }
 
 void CDlgEdit::OnDeletePicture() {
@@ -242,6 +249,9 @@ void CDlgEdit::OnDeletePicture() {
     Record.Pictures.RemoveAt(index);
     // A new defect has no row yet.
     if (m_add || m_database.UpdateRecord(BuildRecord())) {
+        if (index == 0) {
+            m_firstTime = former[0].PicTimeInVideo;
+        }
         DeletePictureFiles(path);
         FillPictures();
     } else {

@@ -153,7 +153,7 @@ void CJcjDlg::OnInitDialog() {
     if (m_add) {
         OnNameChange();
     } else {
-        m_comment->setPlainText(ToQt(Record.Comment));
+        SetComment(Record.Comment);
     }
     FillPictures();
     ShowPicture(0);
@@ -164,8 +164,14 @@ void CJcjDlg::OnInitDialog() {
 void CJcjDlg::OnNameChange() {
     const int index = m_names->currentIndex();
     if (index >= 0) {
-        m_comment->setPlainText(QString::fromUtf8(ManholeCodes()[static_cast<std::size_t>(index)].Comment));
+        SetComment(ManholeCodes()[static_cast<std::size_t>(index)].Comment);
     }
+}
+
+// Until the operator changes it, the record's text is the one to store: the edit's lacks what it can't hold.
+void CJcjDlg::SetComment(const std::string& comment) {
+    Record.Comment = comment;
+    m_comment->setPlainText(ToQt(Record.Comment));
 }
 
 void CJcjDlg::FillPictures() {
@@ -212,7 +218,7 @@ void CJcjDlg::BuildRecord() {
     }
     Record.DefectType = m_database.GetDefectType(Record.DefectCode);
     Record.DefectLevel = static_cast<std::uint8_t>(m_grades->currentIndex() + 1);
-    Record.Comment = FromQt(m_comment->toPlainText());
+    ReadEdited(*m_comment, Record.Comment);
 }
 
 void CJcjDlg::OnOK() {

@@ -35,6 +35,7 @@ private:
     void FillPictures();
     void ShowPicture(int index);
     void OnNameChange();
+    void SetComment(const std::string& comment);
     void OnAddPicture();
     void OnDeletePicture();
     void BuildRecord();

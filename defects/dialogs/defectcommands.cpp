@@ -34,15 +34,12 @@ bool NewDefect(CDbRec& database, const _TESTING_DATA& section, std::string_view 
 
 bool NewManholeDefect(CDbRec& database, const _TESTING_DATA& section, std::string_view video, double seconds,
                       QWidget* parent) {
-    const auto taken = TakeManhole(video, seconds);
-    if (!taken) {
-        return false;
-    }
+    const _REC_DATA taken = TakeManhole(video, seconds);
     CJcjDlg dialog(database, section.ID, FolderOf(section), true, parent);
-    dialog.Record = *taken;
+    dialog.Record = taken;
     const bool stored = dialog.DoModal() == CSizeDlg::IdOk;
     if (!stored) {
-        DropManhole(taken->GetPicture1());
+        DropManhole(taken.GetPicture1());
     }
     return stored;
 }

@@ -83,7 +83,8 @@ TEST_F(DefectForm, TheFirstBadNumberEndsTheReading) {
 TEST_F(DefectForm, TheEndFollowsTheStartUpwardsOnly) {
     EXPECT_EQ(DraggedEnd({"12", "", "", "3"}, 50.0F), "12");
     EXPECT_EQ(DraggedEnd({"2.5", "", "", "3"}, 0.0F), std::nullopt);
-    EXPECT_EQ(DraggedEnd({"12.", "", "", "x"}, 3.0F), "12");
+    EXPECT_EQ(DraggedEnd({"12.", "", "", "x"}, 3.0F), "12.");
+    EXPECT_EQ(DraggedEnd({"12.3454", "", "", "3"}, 50.0F), "12.3454") << "not rounded to before the start";
     EXPECT_EQ(DraggedEnd({"-", "", "", "-5"}, 0.0F), std::nullopt);
 }
 
@@ -143,6 +144,22 @@ TEST_F(DefectForm, ASecondPictureComesFromAFile) {
 
     record.Pictures.RemoveAll();
     Folder.Prompts.GivePath(chosen);
-    EXPECT_TRUE(AddPictureFromFile(record));
+    EXPECT_TRUE(AddPictureFromFile(record, 7.25));
     EXPECT_EQ(record.GetPicture1(), Folder.Path("picture/v_092653.jpg"));
+    EXPECT_EQ(record.GetPicTime1(), 7.25);
+}
+
+TEST_F(DefectForm, TheOriginalOfACancelledPictureDoesntPassForThatOfTheNext) {
+    _REC_DATA record;
+    record.AddPicture(Folder.WriteFile("v_1.jpg", "one"), 2.5);
+    const std::string leftBehind = Folder.WriteFile("v_1_Ex_original.jpg", "cancelled");
+    Folder.WriteFile("v_1_Ex.jpg", "cancelled");
+    _REC_DATA again = record;
+    Folder.Prompts.GivePath(Folder.WriteFile("other.jpg", "two"));
+    EXPECT_TRUE(AddPictureFromFile(record));
+    EXPECT_EQ(Folder.ReadFile("v_1_Ex_original.jpg"), "two");
+    Folder.WriteFile("v_1_Ex.jpg", "drawn");
+    Folder.Prompts.GivePath(leftBehind);
+    EXPECT_TRUE(AddPictureFromFile(again));
+    EXPECT_EQ(Folder.ReadFile("v_1_Ex.jpg") + Folder.ReadFile("v_1_Ex_original.jpg"), "twotwo");
 }

@@ -156,6 +156,23 @@ TEST_F(Edit, AStoredDefectOpensAsItIsAndIsStoredChanged) {
     EXPECT_EQ(Stored().GetSize(), 1);
 }
 
+TEST_F(Edit, ACommentNobodyTouchedStaysToTheByte) {
+    _REC_DATA record = Store();
+    record.Comment = "one\r\ntwo\u00A0m\nthree";
+    ASSERT_TRUE(Database.UpdateRecord(record));
+    Open([](CSizeDlg& dialog) {
+        Type(dialog, 1017, "5");
+        Press(dialog, 1);
+    });
+    EXPECT_EQ(Stored()[0].DistanceEnd, 5.0F);
+    EXPECT_EQ(Stored()[0].Comment, record.Comment);
+    Open([](CSizeDlg& dialog) {
+        Type(dialog, 1005, "four\nfive");
+        Press(dialog, 1);
+    });
+    EXPECT_EQ(Stored()[0].Comment, "four\r\nfive");
+}
+
 TEST_F(Edit, WhatCantBeStoredIsToldAndTheWindowStays) {
     _REC_DATA record = Store();
     record.DefectCode = "ZZ";

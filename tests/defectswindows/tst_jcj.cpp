@@ -4,6 +4,7 @@
 #include "defects/dialogs/CCtrlPic.h"
 #include "defects/dialogs/defectcommands.h"
 #include "shell/dialogs/CSizeDlg.h"
+#include "shell/textcodec.h"
 #include "tests/defectswindows/defectproject.h"
 #include "tests/support/windows.h"
 
@@ -62,6 +63,39 @@ TEST_F(Manhole, IsAddedAndComesBackAsStored) {
         Press(dialog, 1);
     });
     EXPECT_EQ(Stored()[0].Comment, "脏");
+    _REC_DATA record = stored;
+    record.Comment = "one\r\ntwo\u00A0m\nthree";
+    ASSERT_TRUE(Database.UpdateRecord(record));
+    Open([](CSizeDlg& dialog) {
+        Type(dialog, 1019, "W-13");
+        Press(dialog, 1);
+    });
+    EXPECT_EQ(Stored()[0].JcjNo + Stored()[0].Comment, "W-13" + record.Comment);
+}
+
+TEST_F(Manhole, OpensWithoutAPlaceForPictures) {
+    Folder.Prompts.Expect(2195);
+    InNextDialog([](CSizeDlg& dialog) {
+        EXPECT_FALSE(dialog.Item<CCtrlPic>(1011)->HasPicture());
+        EXPECT_FALSE(IsEnabled(dialog, 1036));
+        Press(dialog, 1);
+    });
+    EXPECT_TRUE(NewManholeDefect(Database, Section, "v.avi", 1.5, nullptr));
+    EXPECT_EQ(Stored()[0].Pictures.GetSize(), 0);
+}
+
+TEST_F(Manhole, WithoutAVideoOfTheSectionPicturesLieBesideThatOfTheRecord) {
+    const std::string video = Section.VideoFileList;
+    Section.VideoFileList.clear();
+    Folder.Prompts.Expect(2195);
+    InNextDialog([this](CSizeDlg& dialog) {
+        Folder.Prompts.GivePath(WritePicture("other.jpg"));
+        Press(dialog, 1033);
+        Press(dialog, 1);
+    });
+    EXPECT_TRUE(NewManholeDefect(Database, Section, video, 1.5, nullptr));
+    EXPECT_TRUE(EqualNoCase(Stored()[0].GetPicture2(), Folder.Path("job/picture/092653.jpg")));
+    EXPECT_TRUE(Exists("job/picture/092653.jpg"));
 }
 
 TEST_F(Manhole, PicturesComeAndGoAtOnce) {
