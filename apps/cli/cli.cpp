@@ -27,6 +27,8 @@ constexpr Command Commands[] = {
     {"records", "PROJECT [--section ID] [--json]", "list its records", RunRecords},
     {"grade", "PROJECT [--k N] [--t N] [--sections ID,ID] [--json]", "compute the condition of the sections",
      RunGrade},
+    {"dataset", "PROJECT [--k N] [--t N] [--sections ID,ID] -o FILE.xml",
+     "write what a report of the sections shows, as the report generator reads it", RunDataset},
     {"gps-calc", "PROJECT --section ID", "place the records between the section's manholes", RunGpsCalc},
     {"edit-section", "PROJECT --section ID FIELD=VALUE...", "change fields of a section", RunEditSection},
     {"edit-record", "PROJECT --record ID FIELD=VALUE...", "change fields of a record", RunEditRecord},

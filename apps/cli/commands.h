@@ -46,6 +46,8 @@ int RunEditRecord(const CommandContext& context);
 int RunGrab(const CommandContext& context);
 // commands_grade.cpp
 int RunGrade(const CommandContext& context);
+// commands_report.cpp
+int RunDataset(const CommandContext& context);
 
 // Helpers of the commands (commands.cpp).
 

@@ -1,12 +1,11 @@
 // The condition of a project's sections under its standard.
-#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <ostream>
-#include <set>
 #include <stdexcept>
 
 #include "apps/cli/CArguments.h"
 #include "apps/cli/CTextTable.h"
+#include "apps/cli/choices.h"
 #include "apps/cli/commands.h"
 #include "assessment/sectiongrades.h"
 #include "shell/CHostFiles.h"
@@ -20,53 +19,17 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-std::set<std::int32_t> ParseIdList(const std::string& text) {
-    std::set<std::int32_t> ids;
-    for (std::size_t at = 0; at <= text.size();) {
-        const std::size_t end = std::min(text.find(',', at), text.size());
-        ids.insert(ParseId(std::string_view(text).substr(at, end - at)));
-        at = end + 1;
-    }
-    return ids;
-}
-
 std::vector<SectionRecords> ReadSections(CDbRec& database, const CArguments& arguments) {
-    std::set<std::int32_t> wanted;
-    if (const auto list = arguments.Get("--sections")) {
-        wanted = ParseIdList(*list);
-    }
-    const bool all = wanted.empty();
-    CTestingDataArray sections;
-    if (!database.ReadTestings(sections)) {
-        throw std::runtime_error("the sections can't be read");
-    }
-    const CHostFiles::CLookOnce look(HostFiles());
     std::vector<SectionRecords> chosen;
-    for (const _TESTING_DATA& section : sections) {
-        if (!all && wanted.erase(section.ID) == 0) {
-            continue;
-        }
+    const CHostFiles::CLookOnce look(HostFiles());
+    for (_TESTING_DATA& section : ChosenSections(database, arguments)) {
         SectionRecords& entry = chosen.emplace_back();
-        entry.Section = section;
-        if (!database.ReadRecords(section.ID, entry.Records, true)) {
+        entry.Section = std::move(section);
+        if (!database.ReadRecords(entry.Section.ID, entry.Records, true)) {
             throw std::runtime_error("the records can't be read");
         }
     }
-    if (!wanted.empty()) {
-        throw std::runtime_error("no section with the ID " + FormatInt(*wanted.begin()));
-    }
     return chosen;
-}
-
-float ChooseParameter(const CommandContext& context, const CArguments& arguments, const char* option,
-                      std::span<const ParameterRow> rows) {
-    const float value = arguments.GetNumber(option).value_or(rows.front().Value);
-    const auto known = [&](const ParameterRow& row) { return row.Value == value; };
-    if (std::none_of(rows.begin(), rows.end(), known)) {
-        context.Err << "warning: " << option << ' ' << FormatNumber(static_cast<double>(value), 3)
-                    << " isn't a value of this standard\n";
-    }
-    return value;
 }
 
 Json GradeToJson(const SectionGrade& grade) {
@@ -147,8 +110,8 @@ int RunGrade(const CommandContext& context) {
         ShowMessage(2153, project.CriterionName);
         return 1;
     }
-    const float k = ChooseParameter(context, arguments, "--k", ParametersK(route));
-    const float t = ChooseParameter(context, arguments, "--t", ParametersT(route));
+    const float k = ChosenParameter(context, arguments, "--k", ParametersK(route));
+    const float t = ChosenParameter(context, arguments, "--t", ParametersT(route));
     const std::vector<SectionGrade> grades = GradeSections(route, ReadSections(database, arguments), k, t);
     if (arguments.Has("--json")) {
         Json sections = Json::array();

@@ -157,6 +157,24 @@ TEST_F(Cli, GradesByTheProjectsStandard) {
     EXPECT_NE(Err().find("自定规程"), std::string::npos);
 }
 
+TEST_F(Cli, WritesTheDataSetOfTheChosenSections) {
+    const std::string file = m_folder.Host("out.xml").string();
+    const Json records = Json::array({Defect("PL", 3, 5, 5)});
+    const std::string project = Load(
+        NewProject(), {{"sections", {Section("W1", "W2", records), Section("W3", "W4", Json::array())}}});
+    ASSERT_EQ(Run({"dataset", project, "--sections", "1", "--k", "3", "--t", "8", "-o", file}), 0) << Err();
+    // 0.7 x 5 + 0.1 x 3 + 0.05 x 3 + 0.15 x 8
+    const std::string written = m_folder.ReadFile("out.xml");
+    EXPECT_NE(written.find(" riJG=\"5.15\""), std::string::npos);
+    EXPECT_EQ(written.find("W3"), std::string::npos);
+    EXPECT_NE(written.find(" Testingnum=\"2\""), std::string::npos);
+
+    EXPECT_EQ(Run({"dataset", project}), 2);
+    EXPECT_EQ(Run({"dataset", project, "--sections", "77", "-o", file}), 1);
+    EXPECT_EQ(Run({"dataset", project, "-o", m_folder.Host("none/out.xml").string()}), 1);
+    EXPECT_EQ(m_folder.ReadFile("out.xml"), written);
+}
+
 TEST_F(Cli, EditsWhatAnUpdateWritesAndNothingElse) {
     const std::string project =
         Load(NewProject(), {{"sections", {Section("W1", "W2", Json::array({Defect("PL", 2, 10, 12)}))}}});
