@@ -78,10 +78,25 @@ bool CTemporaryTwin::SetTime(const timespec& modification) {
     return futimens(m_file.Descriptor(), times) == 0;
 }
 
-bool CTemporaryTwin::TakePlace(bool flush, Existing existing) {
+bool CTemporaryTwin::Rename(const std::string& from, const std::string& to, Existing existing) {
     const unsigned int mode = existing == Existing::Keep ? RENAME_NOREPLACE : 0;
+    if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), mode) == 0) {
+        return true;
+    }
+    if (mode == 0 || (errno != EINVAL && errno != ENOSYS)) {
+        return false;
+    }
+    // A second name never replaces a file either. If the first one stays, nothing is lost by it.
+    if (link(from.c_str(), to.c_str()) != 0) {
+        return false;
+    }
+    unlink(from.c_str());
+    return true;
+}
+
+bool CTemporaryTwin::TakePlace(bool flush, Existing existing) {
     if (!m_file.IsOpen() || (flush && fsync(m_file.Descriptor()) != 0) ||
-        renameat2(AT_FDCWD, m_name.c_str(), AT_FDCWD, m_target.c_str(), mode) != 0) {
+        !Rename(m_name, m_target, existing)) {
         return false;
     }
     if (flush) {

@@ -25,6 +25,8 @@ public:
     // With `flush` the new version has reached the disk before the old one goes. False, with Keep, if a file
     // of the name has come into being meanwhile.
     bool TakePlace(bool flush, Existing existing = Existing::Replace);
+    // In one step, on file systems that can't rename without replacing too. Flushes nothing.
+    static bool Rename(const std::string& from, const std::string& to, Existing existing);
 
 private:
     void Discard();

@@ -36,6 +36,9 @@ std::string FreeProjectPath() {
 bool ReadListed(std::string_view path, std::string_view password, _PRO_DATA& project, std::int32_t* count) {
     if (IsOldDatabase(path)) {
         const JetListed listed = ListOldDatabase(path, password);
+        if (listed.Stopped) {
+            return false;
+        }
         const bool uncounted = count != nullptr && listed.Records < 0;
         const int failure = listed.OpenFailure != 0   ? listed.OpenFailure
                             : listed.ReadFailure != 0 ? listed.ReadFailure

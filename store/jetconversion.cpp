@@ -5,14 +5,13 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <chrono>
-#include <cstdio>
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 
 #include "shell/CHostFiles.h"
-#include "shell/CProgress.h"
 #include "shell/CPrompts.h"
+#include "shell/CTemporaryTwin.h"
 #include "shell/CUnixFile.h"
 #include "shell/language.h"
 #include "shell/numbers.h"
@@ -20,6 +19,7 @@
 #include "shell/seams.h"
 #include "store/CDbCriterion.h"
 #include "store/CDbError.h"
+#include "store/CLateProgress.h"
 #include "store/COpenFile.h"
 #include "store/jet/jetfile.h"
 #include "store/jetlisting.h"
@@ -27,12 +27,9 @@
 namespace {
 
 namespace fs = std::filesystem;
-using std::chrono::steady_clock;
 
 constexpr std::string_view OldEnding = ".jet";
 
-// The operator doesn't want it any more.
-class CStopped {};
 // The new database can't be used, and its message was shown.
 class CUnusable {};
 
@@ -40,58 +37,27 @@ class CUnusable {};
     throw CDbError(text);
 }
 
-// Tells of work that lasts, and that it is over.
-class CLateProgress {
+// Locks over a network ask for a descriptor that can write; a file that can't be written is locked as it is.
+int OpenToLock(const std::string& hostPath, int flags) {
+    const int descriptor = open(hostPath.c_str(), O_RDWR | O_CLOEXEC | flags, 0644);
+    return descriptor >= 0 ? descriptor : open(hostPath.c_str(), O_RDONLY | O_CLOEXEC | flags, 0644);
+}
+
+bool IsSame(const struct stat& one, const struct stat& other) {
+    return one.st_ino == other.st_ino && one.st_dev == other.st_dev;
+}
+
+bool Names(const std::string& hostPath, const struct stat& state) {
+    struct stat named {};
+    return stat(hostPath.c_str(), &named) == 0 && IsSame(named, state);
+}
+
+// The old file as it was when it was opened. Whoever reads it gets a descriptor that can't write.
+class CSource {
 public:
-    explicit CLateProgress(std::string name) : m_name(std::move(name)) {}
-    ~CLateProgress() {
-        if (m_shown) {
-            Progress().At(m_total, m_total, {});
-        }
-    }
-    CLateProgress(const CLateProgress&) = delete;
-    CLateProgress& operator=(const CLateProgress&) = delete;
-
-    void At(std::int64_t done, std::int64_t total) {
-        constexpr std::chrono::milliseconds patience(500);
-        constexpr std::chrono::milliseconds pace(50);
-        const auto now = steady_clock::now();
-        if (now < m_next) {
-            return;
-        }
-        if (now - m_begin >= patience) {
-            m_total = std::max<std::int64_t>(total, 1);
-            m_shown = true;
-            Progress().At(std::min(done, m_total - 1), m_total, LoadMessage(3201) + ' ' + m_name);
-        }
-        m_next = now + pace;
-        if (Progress().Stopped()) {
-            throw CStopped();
-        }
-    }
-
-private:
-    std::string m_name;
-    steady_clock::time_point m_begin = steady_clock::now();
-    steady_clock::time_point m_next = m_begin;
-    std::int64_t m_total = 1;
-    bool m_shown = false;
-};
-
-// The old file, held so that nobody converts it at the same time.
-class COldFile {
-public:
-    explicit COldFile(const std::string& hostPath)
-        : m_path(hostPath), m_file(hostPath, O_RDONLY | O_NONBLOCK) {
-        struct stat named {};
-        if (!m_file.IsOpen() || flock(m_file.Descriptor(), LOCK_EX | LOCK_NB) != 0 || !m_file.State(State) ||
-            !S_ISREG(State.st_mode)) {
-            Fail("the old file can't be had alone");
-        }
-        // Somebody may have converted it while we waited for the lock.
-        if (stat(hostPath.c_str(), &named) != 0 || named.st_ino != State.st_ino ||
-            named.st_dev != State.st_dev) {
-            Fail("the old file has gone");
+    explicit CSource(const std::string& hostPath) : m_file(hostPath, O_RDONLY | O_NONBLOCK) {
+        if (!m_file.IsOpen() || !m_file.State(State) || !S_ISREG(State.st_mode)) {
+            throw CJetError(CJetError::Why::Machine, "the old file can't be read");
         }
     }
 
@@ -100,54 +66,126 @@ public:
         struct stat now {};
         if (!m_file.State(now) || now.st_size != State.st_size ||
             now.st_mtim.tv_sec != State.st_mtim.tv_sec || now.st_mtim.tv_nsec != State.st_mtim.tv_nsec) {
-            Fail("the old file was written meanwhile");
-        }
-    }
-    // Gives it a second name, the first free one; returns it.
-    std::string Keep() const {
-        for (int number = 1;; ++number) {
-            const std::string kept =
-                m_path + std::string(OldEnding) + (number == 1 ? std::string() : FormatInt(number));
-            if (link(m_path.c_str(), kept.c_str()) == 0) {
-                return kept;
-            }
-            struct stat there {};
-            if (errno != EEXIST) {
-                return KeepCopy(kept);
-            }
-            // Of a conversion that was cut off.
-            if (stat(kept.c_str(), &there) == 0 && there.st_ino == State.st_ino &&
-                there.st_dev == State.st_dev) {
-                return kept;
-            }
+            throw CJetError(CJetError::Why::Machine, "the old file was written meanwhile");
         }
     }
 
     struct stat State {};
 
 private:
+    CUnixFile m_file;
+};
+
+// The old file, held so that nobody converts it at the same time.
+class COldFile : public CSource {
+public:
+    explicit COldFile(const std::string& hostPath)
+        : CSource(hostPath), m_path(hostPath), m_lock(OpenToLock(hostPath, O_NONBLOCK)) {
+        struct stat locked {};
+        if (!m_lock.IsOpen() || flock(m_lock.Descriptor(), LOCK_EX | LOCK_NB) != 0 || !m_lock.State(locked) ||
+            !IsSame(locked, State)) {
+            Fail("the old file can't be had alone");
+        }
+        ExpectInPlace();  // somebody may have converted it before the lock was ours
+    }
+    // Without the new file in its place all is as it was.
+    ~COldFile() {
+        // A failure may be told of a renaming that was done: never the last name of the old file.
+        if (!m_made.empty() && Names(m_path, State)) {
+            unlink(m_made.c_str());
+        }
+    }
+    COldFile(const COldFile&) = delete;
+    COldFile& operator=(const COldFile&) = delete;
+
+    void ExpectInPlace() const {
+        if (!Names(m_path, State)) {
+            Fail("the old file has gone");
+        }
+    }
+    // Gives it a second name, the first free one; returns it. The name goes with this object unless the
+    // place was taken.
+    std::string Keep() {
+        for (int number = 1;; ++number) {
+            const std::string kept =
+                m_path + std::string(OldEnding) + (number == 1 ? std::string() : FormatInt(number));
+            if (link(m_path.c_str(), kept.c_str()) == 0) {
+                m_made = kept;
+                return kept;
+            }
+            if (errno != EEXIST) {
+                KeepCopy(kept);
+                m_made = kept;
+                return kept;
+            }
+            // Of a conversion that was cut off.
+            if (Names(kept, State)) {
+                return kept;
+            }
+        }
+    }
+
+private:
     // On file systems that know no second names.
-    std::string KeepCopy(const std::string& kept) const {
+    void KeepCopy(const std::string& kept) const {
         const auto from = CHostFiles::PathText(m_path);
         const auto to = CHostFiles::PathText(kept);
         if (!from || !to || !HostFiles().CopyFile(*from, *to, CHostFiles::Existing::Keep)) {
             Fail("the old file can't be kept");
         }
-        return kept;
     }
 
     std::string m_path;
-    CUnixFile m_file;
+    CUnixFile m_lock;
+    std::string m_made;
 };
+
+// Keeps others from making the same file. Its own file is there only meanwhile, or after a crash.
+class CTargetLock {
+public:
+    explicit CTargetLock(std::string hostPath) : m_path(std::move(hostPath)) {
+        for (;;) {
+            m_file.emplace(OpenToLock(m_path, O_CREAT | O_NOFOLLOW | O_NONBLOCK));
+            struct stat state {};
+            if (!m_file->IsOpen() || flock(m_file->Descriptor(), LOCK_EX | LOCK_NB) != 0 ||
+                !m_file->State(state)) {
+                Fail("the new file is being made by somebody else");
+            }
+            if (Names(m_path, state)) {
+                return;
+            }
+            // Its owner removed it between our opening and locking.
+        }
+    }
+    ~CTargetLock() { unlink(m_path.c_str()); }  // while it is still ours
+    CTargetLock(const CTargetLock&) = delete;
+    CTargetLock& operator=(const CTargetLock&) = delete;
+
+private:
+    std::string m_path;
+    std::optional<CUnixFile> m_file;
+};
+
+// What stands beside a target while it is made. The target's own name need not fit with an addition, so it
+// is told by a number made from it (FNV-1a); targets that share one wait for each other and lose nothing.
+std::string NameBeside(const std::string& target) {
+    const fs::path path(target);
+    std::uint64_t number = 0xCBF29CE484222325U;
+    for (const char letter : path.filename().string()) {
+        number = (number ^ static_cast<unsigned char>(letter)) * 0x100000001B3U;
+    }
+    std::string name = ".drovane-";
+    for (int shift = 60; shift >= 0; shift -= 4) {
+        name += "0123456789abcdef"[(number >> shift) & 15U];
+    }
+    return (path.parent_path() / name).string();
+}
 
 // The database that grows beside its place. Gone unless it takes it.
 class CNewFile {
 public:
     explicit CNewFile(const std::string& target)
-        : m_target(target),
-          m_name(
-              (fs::path(target).parent_path() / ("." + fs::path(target).filename().string() + ".drovane-new"))
-                  .string()) {
+        : m_target(target), m_name(NameBeside(target) + ".new"), m_lock(NameBeside(target) + ".lock") {
         Discard();  // what a conversion that was cut off left
     }
     ~CNewFile() {
@@ -168,8 +206,8 @@ public:
     }
     void TakePlace(bool overOld) {
         FlushFolder();
-        const unsigned int flags = overOld ? 0 : RENAME_NOREPLACE;
-        if (renameat2(AT_FDCWD, m_name.c_str(), AT_FDCWD, m_target.c_str(), flags) != 0) {
+        using Existing = CTemporaryTwin::Existing;
+        if (!CTemporaryTwin::Rename(m_name, m_target, overOld ? Existing::Replace : Existing::Keep)) {
             Fail("the new file can't take its place");
         }
         m_placed = true;
@@ -191,6 +229,7 @@ private:
 
     std::string m_target;
     std::string m_name;
+    CTargetLock m_lock;
     bool m_placed = false;
 };
 
@@ -240,7 +279,7 @@ bool WithMessages(std::string_view path, int newNumber, std::string_view newPath
     } catch (const CDbError&) {
         ShowMessage(newNumber, newPath);
     } catch (const CUnusable&) {
-    } catch (const CStopped&) {
+    } catch (const CLateProgress::CStopped&) {
     }
     return false;
 }
@@ -259,13 +298,14 @@ bool ConvertInPlace(std::string_view path, std::string_view password, JetConvers
         if (!claim.Claim(hostPath)) {
             Fail("open already");
         }
-        const COldFile old(hostPath);
+        COldFile old(hostPath);
         CNewFile fresh(hostPath);
-        CLateProgress progress(GetFileName(path));
+        CLateProgress progress(LoadMessage(3201) + ' ' + GetFileName(path));
         std::vector<JetTableCount> tables = Fill(fresh.Name(), old.File(), password, progress);
         constexpr mode_t modes = 07777;
         fresh.Flush((old.State.st_mode & modes) | S_IRUSR | S_IWUSR);
         old.ExpectUnchanged();
+        old.ExpectInPlace();
         const std::string kept = old.Keep();
         fresh.TakePlace(true);
         if (conversion != nullptr) {
@@ -277,14 +317,15 @@ bool ConvertInPlace(std::string_view path, std::string_view password, JetConvers
 bool ConvertTo(std::string_view path, std::string_view target, std::string_view password,
                JetConversion* conversion) {
     return WithMessages(path, 2203, target, [&] {
-        const CUnixFile old(HostFiles().HostPath(path), O_RDONLY | O_NONBLOCK);
+        const CSource old(HostFiles().HostPath(path));
         if (HostFiles().Exists(target)) {
             Fail("the new file is there already");
         }
         CNewFile fresh(HostFiles().HostPath(target));
-        CLateProgress progress(GetFileName(path));
-        std::vector<JetTableCount> tables = Fill(fresh.Name(), old, password, progress);
+        CLateProgress progress(LoadMessage(3201) + ' ' + GetFileName(path));
+        std::vector<JetTableCount> tables = Fill(fresh.Name(), old.File(), password, progress);
         fresh.Flush(0644);
+        old.ExpectUnchanged();
         fresh.TakePlace(false);
         if (conversion != nullptr) {
             *conversion = {std::move(tables), std::string(path)};
@@ -298,6 +339,9 @@ bool PrepareToOpen(std::string_view path, std::string_view password) {
     }
     // What can't be converted is told before anybody is asked.
     const JetListed listed = ListOldDatabase(path, password);
+    if (listed.Stopped) {
+        return false;
+    }
     if (listed.OpenFailure != 0) {
         ShowOldDatabaseFailure(listed.OpenFailure, path);
         return false;

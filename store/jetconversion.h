@@ -17,7 +17,8 @@ struct JetConversion {
 };
 
 // The old file stays beside the new one under its name and ".jet", with a number if there is one; the new one
-// takes the name when it is complete and on the disk. Until then all is as it was, whatever happens.
+// takes the name when it is complete and on the disk. Until then all is as it was, whatever happens; and it
+// stays so if somebody else converts the file or writes it meanwhile.
 // Failure shows 2000 with the path, or 2002 for files that are no project, which are never changed; nothing
 // if the operator stopped it. Reports to Progress() from half a second on.
 bool ConvertInPlace(std::string_view path, std::string_view password, JetConversion* conversion = nullptr);

@@ -12,11 +12,13 @@
 #include "shell/CPrompts.h"
 #include "shell/CStreamPrompts.h"
 #include "shell/CUnixFile.h"
+#include "shell/language.h"
 #include "shell/paths.h"
 #include "shell/seams.h"
 #include "store/CDbError.h"
 #include "store/CDbRec.h"
 #include "store/CJetTransfer.h"
+#include "store/CLateProgress.h"
 #include "store/recordjson.h"
 
 namespace {
@@ -130,18 +132,23 @@ public:
     int Number = 0;
 };
 
-// By the same operations that read a database of today, on one in memory that has what they need.
-Known Read(const CUnixFile& file, std::string_view password) {
+// By the same operations that read a database of today, on one in memory that has what they need. Throws
+// CLateProgress::CStopped.
+Known Read(const CUnixFile& file, std::string_view path, std::string_view password) {
     Known known;
     JetListed& listed = known.Listed;
     try {
-        CNotingPrompts prompts;
-        const CSeamScope seams({&prompts, nullptr, nullptr, nullptr});
         CDbRec database;
         database.CreateInMemory();
-        CJetTransfer transfer(database, CJetTransfer::Content::Listing, {});
+        CLateProgress progress(LoadMessage(3202) + ' ' + GetFileName(path));
+        CJetTransfer::Hooks hooks;
+        hooks.Pulse = [&](std::int64_t done, std::int64_t total) { progress.At(done, total); };
+        CJetTransfer transfer(database, CJetTransfer::Content::Listing, std::move(hooks));
         ReadJet(file, password, transfer);
         transfer.Complete();
+        // Only now: whoever shows the progress may let others of the program run, with messages of their own.
+        CNotingPrompts prompts;
+        const CSeamScope seams({&prompts, nullptr, nullptr, nullptr});
         if (!database.LoadDefectNames()) {
             listed.OpenFailure = prompts.Number;
         } else if (!database.ReadAttrib(listed.Attributes)) {
@@ -166,7 +173,7 @@ Known Read(const CUnixFile& file, std::string_view password) {
 
 }  // namespace
 
-JetListed ListOldDatabase(std::string_view path, std::string_view password) {
+JetListed ListOldDatabase(std::string_view path, std::string_view password) try {
     const CJetListingScope scope;
     const CUnixFile file(HostFiles().HostPath(path), O_RDONLY | O_NONBLOCK);
     struct stat state {};
@@ -176,7 +183,7 @@ JetListed ListOldDatabase(std::string_view path, std::string_view password) {
         return missing;
     }
     if (password != CDbPassword) {
-        return Read(file, password).Listed;  // what is remembered is for the program's own
+        return Read(file, path, password).Listed;  // what is remembered is for the program's own
     }
     auto& files = Memory().Files();
     const std::string key(path);
@@ -184,7 +191,7 @@ JetListed ListOldDatabase(std::string_view path, std::string_view password) {
     if (found != files.end() && found->second.IsOf(state)) {
         return found->second.Listed;
     }
-    Known known = Read(file, password);
+    Known known = Read(file, path, password);
     if (known.Size >= 0) {
         known.Size = state.st_size;
         known.Seconds = state.st_mtim.tv_sec;
@@ -193,6 +200,10 @@ JetListed ListOldDatabase(std::string_view path, std::string_view password) {
     files[key] = known;
     Memory().Changed();
     return known.Listed;
+} catch (const CLateProgress::CStopped&) {
+    JetListed stopped;
+    stopped.Stopped = true;
+    return stopped;
 }
 
 void ShowOldDatabaseFailure(int number, std::string_view path) {

@@ -10,13 +10,14 @@
 #include "store/records/records.h"
 
 struct JetListed {
+    bool Stopped = false;       // the operator didn't want to wait; nothing else is known then
     int OpenFailure = 0;        // 0, or the message with which opening it fails: 2000 or 2002
     int ReadFailure = 0;        // 0, or the message with which reading its attributes fails
     _PRO_DATA Attributes;       // without its path
     std::int32_t Records = -1;  // of the whole project; below 0 if they can't be counted
 };
 
-// Shows nothing.
+// Shows no message. Reports to Progress() from half a second on.
 JetListed ListOldDatabase(std::string_view path, std::string_view password);
 void ShowOldDatabaseFailure(int number, std::string_view path);
 

@@ -1,11 +1,18 @@
 // Files of the older engine: converted, refused, listed.
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
 #include <sys/file.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/syscall.h>
 
+#include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <cstddef>
+#include <functional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -201,6 +208,100 @@ TEST_F(Jet, TellsOfLongConversionsAndCanBeStopped) {
     EXPECT_EQ(slow.Texts.front(), LoadMessage(3201) + " p.mdb");
     EXPECT_EQ(slow.Texts.back(), "");  // over
     EXPECT_EQ(slow.Last, slow.Total);
+}
+
+// Does something once, in the middle of an operation.
+class CMeanwhile : public CProgress {
+public:
+    explicit CMeanwhile(std::function<void()> work) : m_work(std::move(work)) {}
+    bool Stopped() const override {
+        if (const auto work = std::exchange(m_work, nullptr)) {
+            work();
+        }
+        return false;
+    }
+
+private:
+    mutable std::function<void()> m_work;
+};
+
+TEST_F(Jet, TwoConversionsDontMeet) {
+    const std::string path = Take("big_project.mdb");
+    const std::string target = m_folder.Path("db/new.mdb");
+    m_folder.Prompts.Allow(2203);
+    const COtherProcess other([&](char) { return !ConvertTo(path, target, CDbPassword); });
+    CMeanwhile meanwhile([&] { EXPECT_TRUE(other.Do('x')); });
+    const CSeamScope seams({nullptr, nullptr, nullptr, nullptr, &meanwhile});
+    ASSERT_TRUE(ConvertTo(path, target, CDbPassword));
+    EXPECT_EQ(Query(m_folder.Host("db/new.mdb"), "SELECT count(*) FROM Record"), "20000");
+    EXPECT_EQ(Files(), (std::vector<std::string>{"new.mdb", "p.mdb"}));
+
+    // What is written while it is read isn't taken over.
+    CMeanwhile writing([&] { fs::last_write_time(Host(), fs::file_time_type::clock::now()); });
+    const CSeamScope more({nullptr, nullptr, nullptr, nullptr, &writing});
+    m_folder.Prompts.Expect(2000);
+    EXPECT_FALSE(ConvertTo(path, m_folder.Path("db/late.mdb"), CDbPassword));
+    EXPECT_EQ(Files(), (std::vector<std::string>{"new.mdb", "p.mdb"}));
+}
+
+TEST_F(Jet, NamesMayBeAsLongAsTheSystemLets) {
+    const std::string longest = std::string(251, 'n') + ".mdb";
+    ASSERT_TRUE(ConvertTo(Take("project.mdb"), m_folder.Path("db/" + longest), CDbPassword));
+    const std::string kept = std::string(247, 'o') + ".mdb";
+    ASSERT_TRUE(Convert(Take("project.mdb", "db/" + kept)));
+    EXPECT_EQ(Files(), (std::vector<std::string>{longest, kept, kept + ".jet", "p.mdb"}));
+}
+
+// From now on renaming fails in this process; with `oneKind` only the one that replaces nothing.
+bool ForbidRenaming(bool oneKind) {
+    const auto answer = [](int error) -> std::uint32_t {
+        return SECCOMP_RET_ERRNO | static_cast<std::uint32_t>(error);
+    };
+    sock_filter steps[] = {
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_renameat2, 1, 0),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_renameat, 1, 2),  // what replaces comes as this one
+        BPF_STMT(BPF_RET | BPF_K, answer(EINVAL)),
+        BPF_STMT(BPF_RET | BPF_K, oneKind ? SECCOMP_RET_ALLOW : answer(EIO)),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+    };
+    const sock_fprog program{std::size(steps), steps};
+    return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
+           prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0;
+}
+
+TEST_F(Jet, WhereRenamingFailsAllStaysAsItWas) {
+    const std::string path = Take("project.mdb");
+    m_folder.Prompts.Allow(2000);
+    const COtherProcess failing([&](char) {
+        return ForbidRenaming(false) && !Convert(path) &&
+               m_folder.Prompts.LastText() == LoadMessage(2000) + path;
+    });
+    EXPECT_TRUE(failing.Do('x'));
+    EXPECT_EQ(Files(), std::vector<std::string>{"p.mdb"});
+    EXPECT_TRUE(m_folder.ReadFile("db/p.mdb") == Bytes("project.mdb"));
+
+    const std::string target = m_folder.Path("db/q.mdb");
+    const COtherProcess poorer(
+        [&](char) { return ForbidRenaming(true) && ConvertTo(path, target, CDbPassword); });
+    EXPECT_TRUE(poorer.Do('x'));
+    EXPECT_EQ(Files(), (std::vector<std::string>{"p.mdb", "q.mdb"}));
+}
+
+TEST_F(Jet, LongListingsTellAndCanBeStopped) {
+    const std::string path = Take("big_project.mdb");
+    CSlowProgress stopping(true);
+    {
+        const CSeamScope seams({nullptr, nullptr, nullptr, nullptr, &stopping});
+        EXPECT_FALSE(PrepareToOpen(path, CDbPassword));  // without any question or message
+        EXPECT_TRUE(ListOldDatabase(path, CDbPassword).Stopped);
+    }
+    CSlowProgress slow(false);
+    const CSeamScope seams({nullptr, nullptr, nullptr, nullptr, &slow});
+    EXPECT_EQ(ListOldDatabase(path, CDbPassword).Records, 20000);
+    ASSERT_GE(slow.Texts.size(), 2U);
+    EXPECT_EQ(slow.Texts.front(), LoadMessage(3202) + " p.mdb");
+    EXPECT_EQ(slow.Texts.back(), "");
 }
 
 TEST_F(Jet, ListingsReadFilesAsTheyAre) {
