@@ -173,7 +173,7 @@ std::optional<std::string> CHostFiles::ReadBeginning(std::string_view path, std:
     return file.ReadAll(bytes.data(), bytes.size()) ? std::optional(std::move(bytes)) : std::nullopt;
 }
 
-bool CHostFiles::WriteFile(std::string_view path, std::string_view bytes) {
+bool CHostFiles::WriteFile(std::string_view path, std::string_view bytes, Existing existing) {
     MakeDrive(path);
     std::string target = HostPath(path);
     std::error_code error;
@@ -183,12 +183,13 @@ bool CHostFiles::WriteFile(std::string_view path, std::string_view bytes) {
     }
     struct stat former {};
     const bool replaces = stat(target.c_str(), &former) == 0;
-    if (replaces && (!S_ISREG(former.st_mode) || access(target.c_str(), W_OK) != 0)) {
+    if (replaces &&
+        (existing == Existing::Keep || !S_ISREG(former.st_mode) || access(target.c_str(), W_OK) != 0)) {
         return false;
     }
     const CCreation creation(m_folders, target);
     CTemporaryTwin twin(target, replaces ? former.st_mode & 07777 : 0644);
-    return twin.Write(bytes) && twin.TakePlace(true);
+    return twin.Write(bytes) && twin.TakePlace(true, existing);
 }
 
 bool CHostFiles::CopyFile(std::string_view from, std::string_view to, Existing existing) {

@@ -54,8 +54,8 @@ public:
     // At most the first `most` bytes.
     std::optional<std::string> ReadBeginning(std::string_view path, std::size_t most) const;
     // Whole or not at all: written beside the target, flushed and renamed. Links are followed, the mode
-    // of a former file is kept.
-    bool WriteFile(std::string_view path, std::string_view bytes);
+    // of a former file is kept. With Keep, whatever has the name already makes it fail.
+    bool WriteFile(std::string_view path, std::string_view bytes, Existing existing = Existing::Replace);
     // The copy is writable, appears whole or not at all, and is flushed.
     bool CopyFile(std::string_view from, std::string_view to, Existing existing);
     // The same for large files: `progress` is told bytes, and can stop the copy.

@@ -1,0 +1,53 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "shell/documents.h"
+#include "shell/textcodec.h"
+#include "tests/support/CTestFolder.h"
+#include "tests/support/CTestHome.h"
+
+TEST(Documents, LieWhereTheDesktopSays) {
+    CTestFolder folder;
+    const CTestHome home(folder.Host("home"));
+    const std::string usual = folder.Path("home/Documents\\");
+    EXPECT_EQ(GetDocumentsFolder(), usual);
+    for (const auto& [line, expected] : std::vector<std::pair<std::string, std::string>>{
+             {"XDG_DOCUMENTS_DIR=\"$HOME/文档/\"", folder.Path("home/文档\\")},
+             {"  XDG_DOCUMENTS_DIR=\"/srv/our \\\"docs\\\"\"  \nXDG_MUSIC_DIR=\"$HOME/m\"",
+              "\\srv\\our \"docs\"\\"},
+             {"XDG_DOCUMENTS_DIR=\"$HOME\"", folder.Path("home\\")},
+             {"#XDG_DOCUMENTS_DIR=\"/srv\"", usual},
+             {"XDG_DOCUMENTS_DIR=docs", usual},
+             {"XDG_DOCUMENTS_DIR=\"$HOMES/x\"", usual},
+             {"XDG_DOCUMENTS_DIR=\"/a\\\\b\"", usual}}) {
+        home.WriteUserFolders(line);
+        EXPECT_EQ(GetDocumentsFolder(), expected) << line;
+    }
+}
+
+TEST(Documents, AreNamedForTheirTitle) {
+    EXPECT_EQ(MakeDocumentName("幸福路 2.0", ".xlsx"), "幸福路 2.0.xlsx");
+    EXPECT_EQ(MakeDocumentName("a\\b/c:d*e?f\"g<h>i|j\nk", ".xlsx"), "a_b_c_d_e_f_g_h_i_j_k.xlsx");
+    EXPECT_EQ(MakeDocumentName(" . ", ".xlsx"), "_.xlsx");
+    EXPECT_EQ(MakeDocumentName("", ".xlsx"), "_.xlsx");
+    std::string title;
+    for (int i = 0; i < 100; ++i) {
+        title += "管";
+    }
+    const std::string name = MakeDocumentName(title, ".xlsx");
+    EXPECT_EQ(name.size(), 65U * 3 + 5);
+    EXPECT_TRUE(IsValidUtf8(name));
+}
+
+TEST(Documents, TakeNobodysPlace) {
+    CTestFolder folder;
+    const CTestHome home(folder.Host("home"));
+    folder.WriteFile("home/Documents/Drovane/Plan.TXT", "mine");
+    std::filesystem::create_directory(folder.Host("home/Documents/Drovane/plan (2).txt"));
+    EXPECT_EQ(WriteDocument("plan", ".txt", "new"), folder.Path("home/Documents/Drovane/plan (3).txt"));
+    EXPECT_EQ(folder.ReadFile("home/Documents/Drovane/Plan.TXT"), "mine");
+    EXPECT_EQ(folder.ReadFile("home/Documents/Drovane/plan (3).txt"), "new");
+    const std::string taken = folder.Path("home/Documents/Drovane/Plan.TXT");
+    EXPECT_FALSE(HostFiles().WriteFile(taken, "other", CHostFiles::Existing::Keep));
+}
