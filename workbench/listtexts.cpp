@@ -1,7 +1,6 @@
 #include "workbench/listtexts.h"
 
 #include "shell/numbers.h"
-#include "store/CDbRec.h"
 
 namespace {
 
@@ -12,10 +11,6 @@ constexpr ListColumn FullColumns[] = {{2030, 75},  {2031, 75}, {2032, 75}, {2033
                                       {2034, 100}, {2035, 75}, {2036, 75}, {2037, 100}};
 constexpr ListColumn ShortColumns[] = {
     {2038, 80}, {2039, 35}, {2040, 30, true}, {2041, 50, true}, {2042, 50, true}};
-
-std::string TwoDigits(std::uint32_t n) {
-    return (n < 10 ? "0" : "") + FormatInt(n);
-}
 
 std::string DistanceText(float metres) {
     return FormatNumber(static_cast<double>(metres), 2);
@@ -88,20 +83,4 @@ std::string DefectText(const _REC_DATA& record, std::string_view name, bool full
         default:
             return {};
     }
-}
-
-std::string DefectName(const CDbRec& database, std::string_view code) {
-    const int index = database.FindDefectIndex(code);
-    std::string name;
-    if (index >= 0) {
-        name = database.DefectNames[static_cast<std::size_t>(index)];
-    }
-    return name.empty() ? std::string(code) : name;
-}
-
-std::string PictureTimeText(double seconds) {
-    // What no 32-bit number holds becomes the least one, as the machines do for which the format was made.
-    const bool fits = seconds > -2147483649.0 && seconds < 2147483648.0;
-    const auto whole = static_cast<std::uint32_t>(fits ? static_cast<std::int32_t>(seconds) : INT32_MIN);
-    return TwoDigits(whole / 60) + ":" + TwoDigits(whole % 60);
 }
