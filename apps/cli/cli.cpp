@@ -29,6 +29,8 @@ constexpr Command Commands[] = {
      RunGrade},
     {"dataset", "PROJECT [--k N] [--t N] [--sections ID,ID] -o FILE.xml",
      "write what a report of the sections shows, as the report generator reads it", RunDataset},
+    {"export-excel", "PROJECT [-o FILE.xlsx]",
+     "write the inspection table, by default into your documents, and print its file", RunExportExcel},
     {"gps-calc", "PROJECT --section ID", "place the records between the section's manholes", RunGpsCalc},
     {"edit-section", "PROJECT --section ID FIELD=VALUE...", "change fields of a section", RunEditSection},
     {"edit-record", "PROJECT --record ID FIELD=VALUE...", "change fields of a record", RunEditRecord},

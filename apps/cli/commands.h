@@ -42,6 +42,8 @@ int RunDeleteSection(const CommandContext& context);
 int RunDeleteRecord(const CommandContext& context);
 int RunEditSection(const CommandContext& context);
 int RunEditRecord(const CommandContext& context);
+// commands_excel.cpp
+int RunExportExcel(const CommandContext& context);
 // commands_grab.cpp
 int RunGrab(const CommandContext& context);
 // commands_grade.cpp

@@ -12,6 +12,7 @@
 #include "shell/textcodec.h"
 #include "store/CDbRec.h"
 #include "tests/support/CTestFolder.h"
+#include "tests/support/CTestHome.h"
 #include "tests/support/windows.h"
 #include "tests/workbench/numberedvideo.h"
 #include "workbench/dialogs/CDlgProAtrrib.h"
@@ -137,7 +138,7 @@ TEST_F(ReviewWindow, CommandsSayWhatTheyMiss) {
     window.show();
     WaitFor(30);
     Photograph(window, "empty");
-    for (const int id : {1024, 1082, 1021}) {
+    for (const int id : {1024, 1082, 1021, 1025}) {
         Folder.Prompts.Expect(2185);
         Press(window, id);
     }
@@ -150,7 +151,7 @@ TEST_F(ReviewWindow, CommandsSayWhatTheyMiss) {
         Folder.Prompts.Expect(2196);
         Press(window, id);
     }
-    for (const int id : {1027, 1025, 1026, 1018, 1019}) {
+    for (const int id : {1027, 1026, 1018, 1019}) {
         EXPECT_FALSE(IsEnabled(window, id)) << id;
         EXPECT_NE(window.GetDlgItem(id)->toolTip(), "") << id;
     }
@@ -162,6 +163,24 @@ TEST_F(ReviewWindow, CommandsSayWhatTheyMiss) {
     Folder.Prompts.ExpectQuestion(2182, true);
     Press(window, CSizeDlg::IdCancel);
     EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(ReviewWindow, TheInspectionTableGoesIntoTheDocuments) {
+    const CTestHome home(Folder.Host("home"));
+    CDlgProAtrrib window(Project);
+    window.show();
+    WaitFor(30);
+    Folder.Prompts.ExpectQuestion(2188, false);
+    Press(window, 1025);
+    EXPECT_FALSE(std::filesystem::exists(Folder.Host("home/Documents")));
+    // No program to show it here, so the operator is told where it lies.
+    const std::filesystem::path table = Folder.Host("home/Documents/Drovane/幸福路.xlsx");
+    Folder.Prompts.ExpectQuestion(2188, true);
+    Folder.Prompts.Expect(3290);
+    Press(window, 1025);
+    EXPECT_TRUE(std::filesystem::is_regular_file(table));
+    EXPECT_TRUE(Folder.Prompts.LastText().ends_with(table.string())) << Folder.Prompts.LastText();
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
 
 TEST_F(ReviewWindow, OnlyTheLastOfABurstOfSelectionsLoadsItsVideo) {

@@ -83,6 +83,7 @@ private:
     void OnOpenProject();
     void OnProjectProperties();
     void OnImportXml();
+    void OnExportExcel();
     void OnSettings();
     void OnAbout();
     void OnNewSections();

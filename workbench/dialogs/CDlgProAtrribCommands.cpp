@@ -8,6 +8,7 @@
 #include "defects/dialogs/CCtrlPic.h"
 #include "defects/dialogs/defectcommands.h"
 #include "fieldimport/acquisitionimport.h"
+#include "reports/excel/excelexport.h"
 #include "shell/CPrompts.h"
 #include "shell/dialogs/CDlgAbout.h"
 #include "shell/dialogs/CDlgSet.h"
@@ -38,7 +39,7 @@ const std::vector<CDlgProAtrrib::Command>& CDlgProAtrrib::Commands() {
         {1024, &CDlgProAtrrib::OnProjectProperties},
         {1082, &CDlgProAtrrib::OnImportXml},
         {1027, nullptr},
-        {1025, nullptr},
+        {1025, &CDlgProAtrrib::OnExportExcel},
         {1026, nullptr},
         {1018, nullptr},
         {1019, nullptr},
@@ -155,6 +156,20 @@ void CDlgProAtrrib::OnImportXml() {
     if (imported) {
         RefreshLists();
         UpdateTitle();
+    }
+}
+
+void CDlgProAtrrib::OnExportExcel() {
+    if (!NeedProject() || !AskOkCancel(2188)) {
+        return;
+    }
+    std::string path;
+    {
+        const CWaitCursor wait;
+        path = ExportInspectionTable(*m_database);
+    }
+    if (!path.empty()) {
+        OpenInspectionTable(path);
     }
 }
 

@@ -1,0 +1,230 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+
+#include "reports/excel/excelexport.h"
+#include "reports/excel/inspectiontable.h"
+#include "reports/excel/workbook.h"
+#include "reports/excel/workbookcheck.h"
+#include "store/CDbRec.h"
+#include "tests/excel/CReadWorkbook.h"
+#include "tests/support/CTestFolder.h"
+#include "tests/support/CTestHome.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class CRecordingOpener : public CRecordingDesktop {
+public:
+    bool OpenFile(std::string_view path) override {
+        Opened.emplace_back(path);
+        return true;
+    }
+    std::vector<std::string> Opened;
+};
+
+class InspectionTable : public testing::Test {
+protected:
+    InspectionTable() : Home(Folder.Host("home")) {
+        EXPECT_TRUE(Db.OpenDatabase(Folder.MakeProject(), CDbPassword));
+        _PRO_DATA project;
+        EXPECT_TRUE(Db.ReadAttrib(project));
+        project.ProjectName = "幸福路 <A&B>";
+        project.ProjectIndex = "007";
+        project.Location = "=1+1";
+        EXPECT_TRUE(Db.WriteAttrib(project, false));
+    }
+
+    void AddSection(const std::string& start, const std::string& diameter, const std::string& video) {
+        _TESTING_DATA section;
+        section.TestingName = "新段";
+        section.StartWell = start;
+        section.EndWell = "=HYPERLINK(\"x\")";
+        section.TestingDate = "2026/03/14 09:26:53";
+        section.PipeDiameter = diameter;
+        section.PipeLength = "12.50";
+        section.TaskIndex = "42";
+        section.GpsXStart = 118.32225549;
+        section.GpsYStart = -29.5;
+        section.VideoFileList = video;
+        EXPECT_TRUE(Db.AddTesting(section));
+    }
+    void AddRecord(int section, const std::string& code, double time,
+                   const std::vector<std::string>& pictures) {
+        _REC_DATA record;
+        record.TestingID = section;
+        record.DefectCode = code;
+        record.DefectLevel = 3;
+        record.DistanceStart = 7.125F;
+        record.DirectionStart = 3;
+        record.DirectionEnd = 11;
+        record.GpsX = 118.5;
+        for (const std::string& picture : pictures) {
+            record.AddPicture(picture, time);
+        }
+        EXPECT_TRUE(Db.AddRecord(record));
+    }
+    CReadWorkbook Export() {
+        const std::string file = Folder.Path("table.xlsx");
+        EXPECT_TRUE(WriteInspectionTable(Db, file));
+        return CReadWorkbook(Folder.ReadFile("table.xlsx"));
+    }
+    static ReadCell Text(const std::string& text) { return {"", text, "", ""}; }
+    static ReadCell Number(const std::string& number, const std::string& format) {
+        return {"", "", number, format};
+    }
+    static ReadCell Link(const std::string& path) { return {"HYPERLINK(\"" + path + "\")", path, "", ""}; }
+
+    CTestFolder Folder;
+    CTestHome Home;
+    CDbRec Db;
+};
+
+}  // namespace
+
+TEST_F(InspectionTable, EachRecordHasARowAndEachSectionOneMore) {
+    Folder.WriteFile("Job/Y1.AVI", "video");
+    AddSection("Y1", "300", Folder.Path("job/y1.avi") + "*" + Folder.Path("job/second.avi"));
+    AddSection("Y2", "", "");
+    AddSection("Y3", "DN300", "");
+    AddRecord(1, "PL", 83.99, {Folder.Path("job/1.jpg"), Folder.Path("job/2.jpg")});
+    AddRecord(1, "无此码", 0.0, {});
+    const CReadWorkbook book = Export();
+    ASSERT_EQ(book.Rows(), 6);
+    // The links of the two records and the videos of all rows but the head.
+    EXPECT_EQ(book.Formulas(), 2 * 2 + 5);
+
+    EXPECT_EQ(book.Cell("A1"), Text("工程名称"));
+    EXPECT_EQ(book.Cell("AG1"), Text("图片2"));
+    EXPECT_EQ(book.Cell("A2"), Text("幸福路 <A&B>"));
+    EXPECT_EQ(book.Cell("B2"), Text("007"));
+    EXPECT_EQ(book.Cell("C2"), Text("=1+1"));
+    EXPECT_EQ(book.Cell("D2"), Text("2026/03/14 09:26:53"));
+    EXPECT_EQ(book.Cell("E2"), Text("CJJ 181-2012 城镇排水管道检测与评估技术规程"));
+    EXPECT_EQ(book.Cell("F2"), Text("新段"));
+    // The file's real name, though the project has another case.
+    EXPECT_EQ(book.Cell("G2"), Link(Folder.Host("Job/Y1.AVI").string()));
+    EXPECT_EQ(book.Cell("H2"), Number("118.322255", "0.000000"));
+    EXPECT_EQ(book.Cell("I2"), Number("-29.5", "0.000000"));
+    EXPECT_EQ(book.Cell("L2"), Text("42"));
+    EXPECT_EQ(book.Cell("P2"), Text("Y1"));
+    EXPECT_EQ(book.Cell("Q2"), Text("=HYPERLINK(\"x\")"));
+    EXPECT_EQ(book.Cell("T2"), Number("300", "0"));
+    EXPECT_EQ(book.Cell("U2"), Number("12.5", "0.00"));
+    EXPECT_EQ(book.Cell("X2"), Text("破裂"));
+    EXPECT_EQ(book.Cell("Y2"), Text("PL"));
+    EXPECT_EQ(book.Cell("Z2"), Number("3", "0"));
+    EXPECT_EQ(book.Cell("AA2"), Number("118.5", "0.000000"));
+    EXPECT_EQ(book.Cell("AC2"), Number("7.12", "0.00"));
+    EXPECT_EQ(book.Cell("AD2"), Text("3~11"));
+    EXPECT_EQ(book.Cell("AE2"), Text("01:23"));
+    EXPECT_EQ(book.Cell("AF2").Text, Folder.Host("Job/1.jpg").string());
+    EXPECT_EQ(book.Cell("AG2").Formula, "HYPERLINK(\"" + Folder.Host("Job/2.jpg").string() + "\")");
+
+    EXPECT_EQ(book.Cell("X3"), Text("无此码"));
+    EXPECT_EQ(book.Cell("AF3"), Link(""));
+    for (const std::string row : {"4", "5", "6"}) {
+        EXPECT_EQ(book.Cell("A" + row), Text("幸福路 <A&B>"));
+        for (const std::string column : {"X", "Y", "Z", "AA", "AB", "AC", "AD", "AE", "AF", "AG"}) {
+            EXPECT_EQ(book.Cell(column + row), ReadCell()) << column << row;
+        }
+    }
+    EXPECT_EQ(book.Cell("G5"), Link(""));
+    EXPECT_EQ(book.Cell("T5"), Number("0", "0"));
+    EXPECT_EQ(book.Cell("T6"), Text("DN300"));
+}
+
+TEST_F(InspectionTable, TheHeadStaysInSightAndCanBeFiltered) {
+    AddSection("Y1", "300", "");
+    const std::string sheet = Export().Part("xl/worksheets/sheet1.xml");
+    EXPECT_NE(sheet.find("<pane ySplit=\"1\" topLeftCell=\"A2\""), std::string::npos) << sheet;
+    EXPECT_NE(sheet.find("<autoFilter ref=\"A1:AG2\"/>"), std::string::npos);
+    EXPECT_NE(sheet.find("<col min=\"33\" max=\"33\""), std::string::npos);
+    Folder.UseLanguage("English");
+    EXPECT_EQ(Export().Cell("C1"), Text("Project location"));
+}
+
+TEST(InspectionLinks, AreFormulasWhateverThePathHolds) {
+    EXPECT_EQ(LinkFormula(""), "=HYPERLINK(\"\")");
+    EXPECT_EQ(LinkFormula("/工程/a \"b\".avi"), "=HYPERLINK(\"/工程/a \"\"b\"\".avi\")");
+    // A literal holds 255 characters, and two quotes stay together.
+    const std::string most(254, 'a');
+    EXPECT_EQ(LinkFormula(most + "\"bc"), "=HYPERLINK(\"" + most + "\"&\"\"\"bc\")");
+    EXPECT_EQ(LinkFormula(std::string(9000, 'a')), std::nullopt);
+    EXPECT_EQ(LinkFormula("/a\nb"), std::nullopt);
+    EXPECT_EQ(LinkFormula("/\xB9\xA4.avi"), std::nullopt);
+}
+
+TEST(InspectionNumbers, AreOnlyThoseThatAreShownAsTheyWere) {
+    for (const auto& [text, decimals] : std::vector<std::pair<std::string, int>>{
+             {"0", 0}, {"300", 0}, {"-12.50", 2}, {"0.000000", 6}, {"123456789012345", 0}}) {
+        EXPECT_EQ(ShownDecimals(text), decimals) << text;
+    }
+    for (const std::string text : {"", "007", "1e3", " 3", "3.", ".5", "-", "-0.00", "+1", "nan", "1,5",
+                                   "300*400", "1234567890123456"}) {
+        EXPECT_EQ(ShownDecimals(text), -1) << text;
+    }
+}
+
+TEST(InspectionCells, OddTextsLeaveAWorkbookThatOpens) {
+    CTestFolder folder;
+    std::vector<std::string> list(2 * InspectionColumns + 5);
+    list[InspectionColumns] = std::string("a\x01") + "b\tc<&>\"'";
+    list[InspectionColumns + 1] = "\xB9\xA4程\xEF\xBF\xBF😀";
+    std::string longText;
+    while (longText.size() < 100000) {
+        longText += "😀";
+    }
+    list[InspectionColumns + 2] = longText;
+    list[InspectionColumns + 6] = LinkCell("/jobs/\xB9\xA4.avi");
+    list[InspectionColumns + 31] = "=1";
+    const auto bytes = MakeWorkbook(list, "[no]/name*");
+    ASSERT_TRUE(bytes);
+    const CReadWorkbook book(*bytes);
+    EXPECT_EQ(book.Rows(), 2);
+    EXPECT_EQ(book.Cell("A2").Text, "a_x0001_b\tc<&>\"'");
+    EXPECT_EQ(book.Cell("B2").Text, "\uFFFD\uFFFD程\uFFFD😀");
+    EXPECT_EQ(book.Cell("C2").Text.size(), 32767U / 2 * 4);
+    EXPECT_EQ(book.Cell("G2"), (ReadCell{"", "/jobs/\uFFFD\uFFFD.avi", "", ""}));
+    EXPECT_EQ(book.Cell("AF2").Text, "=1");
+    // A file cut short, or with a byte turned, is none.
+    EXPECT_TRUE(IsWholeWorkbook(*bytes));
+    EXPECT_FALSE(IsWholeWorkbook(bytes->substr(0, bytes->size() / 2)));
+    std::string turned = *bytes;
+    turned[turned.size() / 2] = static_cast<char>(turned[turned.size() / 2] ^ 0x10);
+    EXPECT_FALSE(IsWholeWorkbook(turned));
+}
+
+TEST_F(InspectionTable, GoesIntoTheDocumentsAndIsOpened) {
+    Home.WriteUserFolders("# made by the desktop\nXDG_DOCUMENTS_DIR=\"$HOME/文档\"\n");
+    const std::string path = ExportInspectionTable(Db);
+    EXPECT_EQ(path, Folder.Path("home/文档/Drovane/幸福路 _A&B_.xlsx"));
+    EXPECT_EQ(CReadWorkbook(Folder.ReadFile("home/文档/Drovane/幸福路 _A&B_.xlsx")).Rows(), 1);
+    EXPECT_EQ(ExportInspectionTable(Db), Folder.Path("home/文档/Drovane/幸福路 _A&B_ (2).xlsx"));
+    Folder.Prompts.Expect(3290);
+    OpenInspectionTable(path);
+    EXPECT_NE(Folder.Prompts.LastText().find(Folder.Host("home/文档/Drovane").string()), std::string::npos);
+    CRecordingOpener desktop;
+    const CSeamScope scope({nullptr, nullptr, nullptr, &desktop});
+    OpenInspectionTable(path);
+    EXPECT_EQ(desktop.Opened, std::vector<std::string>{path});
+}
+
+TEST_F(InspectionTable, WhatCannotBeWrittenIsToldAndLeavesNothing) {
+    Folder.WriteFile("home/Documents", "a file in the way");
+    Folder.Prompts.Expect(3291);
+    EXPECT_EQ(ExportInspectionTable(Db), "");
+    Folder.WriteFile("full/former.txt", "");
+    fs::create_symlink("/dev/full", Folder.Host("full/table.xlsx"));
+    Folder.Prompts.Expect(3291);
+    EXPECT_FALSE(WriteInspectionTable(Db, Folder.Path("full/table.xlsx")));
+    Folder.Prompts.Expect(3291);
+    EXPECT_FALSE(WriteInspectionTable(Db, Folder.Path("none/table.xlsx")));
+    setenv("TMPDIR", Folder.Host("nowhere").c_str(), 1);
+    Folder.Prompts.Expect(2378);
+    EXPECT_FALSE(WriteInspectionTable(Db, Folder.Path("table.xlsx")));
+    unsetenv("TMPDIR");
+    EXPECT_FALSE(fs::exists(Folder.Host("table.xlsx")));
+}
