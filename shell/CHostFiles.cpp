@@ -174,6 +174,12 @@ std::optional<std::string> CHostFiles::ReadBeginning(std::string_view path, std:
 }
 
 bool CHostFiles::WriteFile(std::string_view path, std::string_view bytes, Existing existing) {
+    return WriteFile(
+        path, [bytes](const CUnixFile& file) { return file.WriteAll(bytes); }, existing);
+}
+
+bool CHostFiles::WriteFile(std::string_view path, const std::function<bool(const CUnixFile&)>& write,
+                           Existing existing) {
     MakeDrive(path);
     std::string target = HostPath(path);
     std::error_code error;
@@ -189,7 +195,7 @@ bool CHostFiles::WriteFile(std::string_view path, std::string_view bytes, Existi
     }
     const CCreation creation(m_folders, target);
     CTemporaryTwin twin(target, replaces ? former.st_mode & 07777 : 0644);
-    return twin.Write(bytes) && twin.TakePlace(true, existing);
+    return twin.File().IsOpen() && write(twin.File()) && twin.TakePlace(true, existing);
 }
 
 bool CHostFiles::CopyFile(std::string_view from, std::string_view to, Existing existing) {

@@ -56,6 +56,10 @@ public:
     // Whole or not at all: written beside the target, flushed and renamed. Links are followed, the mode
     // of a former file is kept. With Keep, whatever has the name already makes it fail.
     bool WriteFile(std::string_view path, std::string_view bytes, Existing existing = Existing::Replace);
+    // The same for what is too large for memory: `write` gets the new version, empty and open for reading and
+    // writing, and says whether it is complete.
+    bool WriteFile(std::string_view path, const std::function<bool(const CUnixFile&)>& write,
+                   Existing existing = Existing::Replace);
     // The copy is writable, appears whole or not at all, and is flushed.
     bool CopyFile(std::string_view from, std::string_view to, Existing existing);
     // The same for large files: `progress` is told bytes, and can stop the copy.

@@ -17,6 +17,8 @@ public:
     CTemporaryTwin(const CTemporaryTwin&) = delete;
     CTemporaryTwin& operator=(const CTemporaryTwin&) = delete;
 
+    // Not open if it could not be made.
+    const CUnixFile& File() const { return m_file; }
     bool Write(std::string_view bytes);
     // Long copies tell where they stand; one that `progress` stops fails.
     bool CopyFrom(const CUnixFile& source, CProgress& progress);
