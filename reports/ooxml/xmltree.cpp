@@ -1,0 +1,225 @@
+#include "reports/ooxml/xmltree.h"
+
+#include <cstring>
+
+#include "reports/ooxml/COoxmlError.h"
+
+namespace {
+
+constexpr std::size_t LongestXml = 32U << 20U;
+
+// Its address marks raw nodes.
+char rawMark;
+
+class CRawPrinter : public tinyxml2::XMLPrinter {
+public:
+    CRawPrinter() : XMLPrinter(nullptr, true) {}
+    bool Visit(const tinyxml2::XMLComment& comment) override {
+        if (!IsRaw(&comment)) {
+            return XMLPrinter::Visit(comment);
+        }
+        SealElementIfJustOpened();
+        Write(comment.Value(), std::strlen(comment.Value()));
+        return true;
+    }
+    using XMLPrinter::Visit;
+};
+
+// The parser drops a text that is nothing but blanks, and with it the blank between two words of a template
+// that stand in runs of their own. As a character reference it stays.
+std::string KeepBlankTexts(std::string_view xml) {
+    std::string kept;
+    kept.reserve(xml.size() + 64);
+    std::size_t at = 0;
+    while (at < xml.size()) {
+        const std::size_t tag = xml.find('<', at);
+        if (tag == xml.npos) {
+            break;
+        }
+        std::string_view end = ">";
+        if (xml.substr(tag).starts_with("<!--")) {
+            end = "-->";
+        } else if (xml.substr(tag).starts_with("<![CDATA[")) {
+            end = "]]>";
+        } else if (xml.substr(tag).starts_with("<?")) {
+            end = "?>";
+        }
+        std::size_t close = tag + 1;
+        if (end == ">") {
+            char quote = 0;
+            for (; close < xml.size() && (quote != 0 || xml[close] != '>'); ++close) {
+                if (quote != 0) {
+                    quote = xml[close] == quote ? '\0' : quote;
+                } else if (xml[close] == '"' || xml[close] == '\'') {
+                    quote = xml[close];
+                }
+            }
+        } else {
+            close = xml.find(end, tag);
+            close = close == xml.npos ? xml.size() : close + end.size() - 1;
+        }
+        const std::size_t behind = std::min(close + 1, xml.size());
+        kept += xml.substr(at, behind - at);
+        at = behind;
+        const char first = tag + 1 < xml.size() ? xml[tag + 1] : '\0';
+        if (end != ">" || first == '/' || first == '!' || xml[behind - 2] == '/') {
+            continue;
+        }
+        const std::size_t text = xml.find_first_not_of(" \t\r\n", at);
+        if (text != xml.npos && text > at && xml.substr(text).starts_with("</")) {
+            const char blank = xml[at];
+            kept += blank == ' ' ? "&#32;" : blank == '\t' ? "&#9;" : "&#10;";
+            ++at;
+        }
+    }
+    return kept.append(xml.substr(std::min(at, xml.size())));
+}
+
+// The length of the character that begins here, 0 if none does.
+std::size_t CharacterLength(std::string_view text, std::size_t at, char32_t& code) {
+    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    const unsigned int first = byte(at);
+    const std::size_t length = first < 0x80U                     ? 1
+                               : first >= 0xC2U && first < 0xE0U ? 2
+                               : first >= 0xE0U && first < 0xF0U ? 3
+                               : first >= 0xF0U && first < 0xF5U ? 4
+                                                                 : 0;
+    if (length == 0 || at + length > text.size()) {
+        return 0;
+    }
+    code = length == 1 ? first : first & (0x7FU >> length);
+    for (std::size_t i = 1; i < length; ++i) {
+        const unsigned int next = byte(at + i);
+        if ((next & 0xC0U) != 0x80U) {
+            return 0;
+        }
+        code = (code << 6U) | (next & 0x3FU);
+    }
+    const bool overlong = (length == 3 && code < 0x800U) || (length == 4 && code < 0x10000U);
+    const bool surrogate = code >= 0xD800U && code < 0xE000U;
+    return overlong || surrogate || code > 0x10FFFFU ? 0 : length;
+}
+
+}  // namespace
+
+void ParseXml(tinyxml2::XMLDocument& document, std::string_view bytes, const std::string& partName) {
+    if (bytes.size() > LongestXml) {
+        throw COoxmlError(partName + " is too large");
+    }
+    if (bytes.find("<!DOCTYPE") != bytes.npos) {
+        throw COoxmlError(partName + " has a document type");
+    }
+    const std::string kept = KeepBlankTexts(bytes);
+    if (document.Parse(kept.data(), kept.size()) != tinyxml2::XML_SUCCESS ||
+        document.RootElement() == nullptr) {
+        throw COoxmlError(partName + " is not well-formed XML");
+    }
+}
+
+std::string PrintXml(const XmlNode& node) {
+    CRawPrinter printer;
+    node.Accept(&printer);
+    return {printer.CStr(), static_cast<std::size_t>(printer.CStrSize()) - 1};
+}
+
+bool Is(const XmlNode* node, const char* name) {
+    return node != nullptr && node->ToElement() != nullptr && std::strcmp(node->Value(), name) == 0;
+}
+
+XmlElement* Child(XmlNode* element, const char* name) {
+    return element == nullptr ? nullptr : element->FirstChildElement(name);
+}
+
+XmlElement* Ancestor(XmlNode* node, const char* name) {
+    for (XmlNode* at = node->Parent(); at != nullptr; at = at->Parent()) {
+        if (Is(at, name)) {
+            return at->ToElement();
+        }
+    }
+    return nullptr;
+}
+
+XmlNode* NextNodeBehind(XmlNode* node, const XmlNode* root) {
+    while (node != nullptr && node != root) {
+        if (node->NextSibling() != nullptr) {
+            return node->NextSibling();
+        }
+        node = node->Parent();
+    }
+    return nullptr;
+}
+
+XmlNode* NextNode(XmlNode* node, const XmlNode* root) {
+    return node->FirstChild() != nullptr ? node->FirstChild() : NextNodeBehind(node, root);
+}
+
+void EachElement(XmlNode* root, const std::function<void(XmlElement*)>& visit) {
+    for (XmlNode* node = root; node != nullptr; node = NextNode(node, root)) {
+        if (node->ToElement() != nullptr) {
+            visit(node->ToElement());
+        }
+    }
+}
+
+void Remove(XmlNode* node) {
+    node->GetDocument()->DeleteNode(node);
+}
+
+XmlNode* InsertBehind(XmlNode* parent, XmlNode* before, XmlNode* added) {
+    return before == nullptr ? parent->InsertFirstChild(added) : parent->InsertAfterChild(before, added);
+}
+
+XmlNode* NewRaw(tinyxml2::XMLDocument* document, const std::string& xml) {
+    XmlNode* node = document->NewComment(xml.c_str());
+    node->SetUserData(&rawMark);
+    return node;
+}
+
+bool IsRaw(const XmlNode* node) {
+    return node->ToComment() != nullptr && node->GetUserData() == &rawMark;
+}
+
+void MakeRaw(XmlElement* element) {
+    InsertBehind(element->Parent(), element, NewRaw(element->GetDocument(), PrintXml(*element)));
+    Remove(element);
+}
+
+std::string CleanText(std::string_view text) {
+    std::string clean;
+    clean.reserve(text.size());
+    for (std::size_t at = 0; at < text.size();) {
+        char32_t code = 0;
+        const std::size_t length = CharacterLength(text, at, code);
+        if (length == 0) {
+            clean += "\xEF\xBF\xBD";
+        } else if ((code >= 0x20 && code != 0xFFFE && code != 0xFFFF) || code == '\t' || code == '\n' ||
+                   code == '\r') {
+            clean += text.substr(at, length);
+        }
+        at += std::max<std::size_t>(length, 1);
+    }
+    return clean;
+}
+
+std::string Escape(std::string_view text) {
+    std::string escaped;
+    for (const char c : CleanText(text)) {
+        switch (c) {
+            case '&':
+                escaped += "&amp;";
+                break;
+            case '<':
+                escaped += "&lt;";
+                break;
+            case '>':
+                escaped += "&gt;";
+                break;
+            case '"':
+                escaped += "&quot;";
+                break;
+            default:
+                escaped += c;
+        }
+    }
+    return escaped;
+}
