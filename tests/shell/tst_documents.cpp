@@ -10,13 +10,13 @@
 TEST(Documents, LieWhereTheDesktopSays) {
     CTestFolder folder;
     const CTestHome home(folder.Host("home"));
-    const std::string usual = folder.Path("home/Documents\\");
+    const std::string usual = folder.Path("home/Documents") + "\\";
     EXPECT_EQ(GetDocumentsFolder(), usual);
     for (const auto& [line, expected] : std::vector<std::pair<std::string, std::string>>{
-             {"XDG_DOCUMENTS_DIR=\"$HOME/文档/\"", folder.Path("home/文档\\")},
+             {"XDG_DOCUMENTS_DIR=\"$HOME/文档/\"", folder.Path("home/文档") + "\\"},
              {"  XDG_DOCUMENTS_DIR=\"/srv/our \\\"docs\\\"\"  \nXDG_MUSIC_DIR=\"$HOME/m\"",
               "\\srv\\our \"docs\"\\"},
-             {"XDG_DOCUMENTS_DIR=\"$HOME\"", folder.Path("home\\")},
+             {"XDG_DOCUMENTS_DIR=\"$HOME\"", folder.Path("home") + "\\"},
              {"#XDG_DOCUMENTS_DIR=\"/srv\"", usual},
              {"XDG_DOCUMENTS_DIR=docs", usual},
              {"XDG_DOCUMENTS_DIR=\"$HOMES/x\"", usual},
