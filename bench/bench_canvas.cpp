@@ -11,6 +11,7 @@
 
 #include "bench/CBenchFolder.h"
 #include "bench/ratio.h"
+#include "bench/require.h"
 #include "defects/dialogs/CCtrlPic.h"
 
 namespace {
@@ -18,13 +19,6 @@ namespace {
 constexpr QSize PictureSize(1920, 1080);
 constexpr QSize CanvasSize(1280, 720);
 constexpr double MostMilliseconds = 8.0;
-
-void Require(bool done, const char* what) {
-    if (!done) {
-        std::fprintf(stderr, "the benchmark itself failed: %s\n", what);
-        std::exit(2);
-    }
-}
 
 // Soft shapes with noise, as a camera in a pipe sees them.
 QImage MakePicture() {

@@ -11,6 +11,7 @@ extern "C" {
 
 #include "bench/CBenchFolder.h"
 #include "bench/ratio.h"
+#include "bench/require.h"
 #include "shell/numbers.h"
 #include "workbench/capture/grabframe.h"
 
@@ -18,13 +19,6 @@ namespace {
 
 constexpr double Length = 40.0;  // seconds
 constexpr double Rate = 25.0;
-
-void Require(bool done, const char* what) {
-    if (!done) {
-        std::fprintf(stderr, "the benchmark itself failed: %s\n", what);
-        std::exit(2);
-    }
-}
 
 void RunProgram(const std::string& command) {
     Require(std::system(command.c_str()) == 0, command.c_str());

@@ -8,6 +8,7 @@
 
 #include "bench/CBenchFolder.h"
 #include "bench/ratio.h"
+#include "bench/require.h"
 #include "shell/paths.h"
 #include "store/CDbBase.h"
 #include "store/catalogue.h"
@@ -16,13 +17,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-
-void Require(bool done, const char* what) {
-    if (!done) {
-        std::fprintf(stderr, "the benchmark itself failed: %s\n", what);
-        std::exit(2);
-    }
-}
 
 fs::path Fixture() {
     const char* named = std::getenv("DROVANE_JET_FIXTURES");

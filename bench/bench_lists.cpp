@@ -6,6 +6,7 @@
 
 #include "bench/CBenchFolder.h"
 #include "bench/ratio.h"
+#include "bench/require.h"
 #include "shell/dialogs/theme.h"
 #include "store/CDbRec.h"
 #include "workbench/lists/CTestingList.h"
@@ -13,13 +14,6 @@
 namespace {
 
 constexpr int Sections = 10000;
-
-void Require(bool done, const char* what) {
-    if (!done) {
-        std::fprintf(stderr, "the benchmark itself failed: %s\n", what);
-        std::exit(2);
-    }
-}
 
 void FillProject(CDbRec& database) {
     CDbBatch batch(database);

@@ -5,6 +5,7 @@
 
 #include "bench/CBenchFolder.h"
 #include "bench/ratio.h"
+#include "bench/require.h"
 #include "reports/CRecExport.h"
 #include "reports/collectreport.h"
 
@@ -14,13 +15,6 @@ constexpr int LargeSections = 2000;
 constexpr int SmallSections = 1000;
 constexpr int RecordsASection = 10;
 constexpr double MostMilliseconds = 2000.0;
-
-void Require(bool done, const char* what) {
-    if (!done) {
-        std::fprintf(stderr, "the benchmark itself failed: %s\n", what);
-        std::exit(2);
-    }
-}
 
 std::string FillProject(const CBenchFolder& folder, const std::string& name, int sections) {
     const std::string path = folder.MakeProject(name);

@@ -11,6 +11,7 @@
 
 #include "bench/CBenchFolder.h"
 #include "bench/ratio.h"
+#include "bench/require.h"
 #include "controls/CWMPPlayer4.h"
 #include "shell/dialogs/theme.h"
 #include "shell/paths.h"
@@ -23,13 +24,6 @@ namespace {
 
 constexpr int Sections = 2'000;
 constexpr int RecordsPerSection = 10;
-
-void Require(bool done, const char* what) {
-    if (!done) {
-        std::fprintf(stderr, "the benchmark itself failed: %s\n", what);
-        std::exit(2);
-    }
-}
 
 void Handle(int milliseconds) {
     QEventLoop loop;

@@ -11,6 +11,7 @@
 #include "assessment/sectiongrades.h"
 #include "bench/CBenchFolder.h"
 #include "bench/ratio.h"
+#include "bench/require.h"
 #include "fieldimport/acquisitionimport.h"
 #include "store/CDbRec.h"
 #include "store/catalogue.h"
@@ -19,13 +20,6 @@ namespace {
 
 constexpr int Sections = 2000;
 constexpr int RecordsASection = 10;
-
-void Require(bool done, const char* what) {
-    if (!done) {
-        std::fprintf(stderr, "the benchmark itself failed: %s\n", what);
-        std::exit(2);
-    }
-}
 
 std::string PictureName(const CBenchFolder& folder, int number) {
     return folder.Path("job/picture/" + std::to_string(number) + ".jpg");
