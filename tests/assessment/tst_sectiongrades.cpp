@@ -80,18 +80,4 @@ TEST_F(SectionGrades, DensityScoringJoinsSectionsBetweenTheSameManholes) {
     EXPECT_EQ(grades[2].Result.avgJG, 0.0F);
 }
 
-TEST_F(SectionGrades, EachRouteHasItsEvaluator) {
-    const auto text = [](ScoringRoute route) {
-        const std::vector<SectionGrade> grades = GradeSections(route, FiveSections(), 0, 0);
-        EXPECT_EQ(grades.empty(), !HasEvaluator(route));
-        return grades.empty() ? std::string() : grades.back().Result.EvaluatethisJG;
-    };
-    EXPECT_EQ(text(ScoringRoute::National), LoadMessage(2340));
-    EXPECT_EQ(text(ScoringRoute::Chongqing), LoadMessage(2340));
-    EXPECT_EQ(text(ScoringRoute::Guangzhou), LoadMessage(2320));
-    EXPECT_EQ(text(ScoringRoute::Shanghai), LoadMessage(2366));
-    EXPECT_EQ(text(ScoringRoute::None), "");
-    EXPECT_EQ(text(ScoringRoute::ListsOnly), "");
-}
-
 }  // namespace

@@ -95,10 +95,3 @@ TEST(Pictures, TheClocksSectorCoversTheHourTwelveOfTheDialOnly) {
     }
     EXPECT_EQ(Load(folder, "drovane.png").size(), QSize(256, 256));
 }
-
-TEST(Pictures, WhatIsNoPictureGivesNoIcon) {
-    const CTestFolder folder;
-    EXPECT_FALSE(LoadIcon(folder.Path("ui/big/set.bmp")).isNull());
-    EXPECT_TRUE(LoadIcon(folder.Path("ui/big/none.bmp")).isNull());
-    EXPECT_TRUE(LoadIcon(folder.WriteFile("ui/big/text.bmp", "no picture")).isNull());
-}

@@ -53,11 +53,6 @@ TEST_F(Review, MarkersLieInWholeSecondsOfTheirVideo) {
     EXPECT_LT(BuildMarkers(records, "\\a\\v.avi", 1e300).Flags.size(), 1e8);
 }
 
-TEST_F(Review, TitleNamesProjectAndStandard) {
-    EXPECT_EQ(ReviewTitle("", "GB"), "Drovane 判读信息");
-    EXPECT_EQ(ReviewTitle("工程", "GB"), "Drovane 判读信息 - 工程 [GB]");
-}
-
 TEST_F(Review, SectionsTakeThePlacesOfTheirRows) {
     for (const char* name : {"a", "b", "c"}) {
         AddSection(name);
