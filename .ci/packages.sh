@@ -5,6 +5,7 @@ packages=(
     g++ cmake ninja-build ccache pkg-config          # build
     libsqlcipher-dev libssl-dev libtinyxml-dev libtinyxml2-dev nlohmann-json3-dev
     libxlsxwriter-dev libzip-dev                     # workbooks
+    libcurl4-openssl-dev                             # the map picture of reports
     mdbtools-dev                                     # databases of the older engine
     libavformat-dev libavcodec-dev libswscale-dev libavutil-dev libjpeg-dev
     qt6-base-dev qt6-svg-dev libgl-dev libmpv-dev    # windows

@@ -1,0 +1,62 @@
+#include "geo/staticmap/CStaticMap.h"
+
+#include <algorithm>
+#include <array>
+
+#include "geo/staticmap/httpget.h"
+#include "shell/CHostFiles.h"
+#include "shell/CProfile.h"
+#include "shell/numbers.h"
+#include "shell/paths.h"
+#include "shell/seams.h"
+
+namespace {
+
+constexpr std::size_t MostLines = 50;  // more make a URL that the service refuses
+constexpr std::size_t LineNumbers = 4;
+constexpr std::size_t MaxFileSize = 1u << 20;
+
+// "host" or "host:port" of the map service; empty where none was set up.
+std::string ServiceHost() {
+    const std::optional<std::string> content = HostFiles().ReadFile(GetAppFolder() + "map.ini", MaxFileSize);
+    return CProfile(content.value_or(std::string())).Get("static_image", "host");
+}
+
+std::string Coordinate(double degrees) {
+    constexpr int Decimals = 12;
+    return FormatNumber(degrees, Decimals);
+}
+
+}  // namespace
+
+bool CStaticMap::AddPath(double x1, double y1, double x2, double y2) {
+    const std::array<double, LineNumbers> line{x1, y1, x2, y2};
+    if (std::find(line.begin(), line.end(), 0.0) != line.end() || m_lines.size() >= MostLines * LineNumbers) {
+        return false;
+    }
+    for (std::size_t at = 0; at < m_lines.size(); at += LineNumbers) {
+        if (std::equal(line.begin(), line.end(), m_lines.data() + at)) {
+            return true;
+        }
+    }
+    m_lines.insert(m_lines.end(), line.begin(), line.end());
+    return true;
+}
+
+void CStaticMap::GetImage(const std::string& targetPath) const {
+    (void)HostFiles().DeleteFile(targetPath);
+    const std::string host = ServiceHost();
+    if (host.empty()) {
+        return;
+    }
+    std::string paths;
+    for (std::size_t at = 0; at < m_lines.size(); at += LineNumbers) {
+        paths += at == 0 ? "" : "|";
+        paths += Coordinate(m_lines[at]) + "," + Coordinate(m_lines[at + 1]) + ";" +
+                 Coordinate(m_lines[at + 2]) + "," + Coordinate(m_lines[at + 3]);
+    }
+    // The lines go out as they are: the service takes ",", ";" and "|" plain.
+    (void)HttpGetToFile(
+        "http://" + host + "/staticimage?width=640&height=480&paths=" + paths + "&pathStyles=0xff0000,5,1",
+        targetPath);
+}
