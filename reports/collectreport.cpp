@@ -23,6 +23,14 @@ bool Evaluate(CRecExport& project, ScoringRoute route, const CArrID& selectedIds
 
 }  // namespace
 
+CArrID SectionIds(const CTestingDataArray& sections) {
+    CArrID ids;
+    for (const _TESTING_DATA& section : sections) {
+        ids.push_back(static_cast<std::uint32_t>(section.ID));
+    }
+    return ids;
+}
+
 void FillReportCodes(const CRecExport& project, ReportLists& lists) {
     lists.Codes.clear();
     lists.Names.clear();

@@ -8,6 +8,8 @@
 
 class CRecExport;
 
+CArrID SectionIds(const CTestingDataArray& sections);
+
 // The defects that reports tell apart, out of those of the criterion: see ReportLists.
 void FillReportCodes(const CRecExport& project, ReportLists& lists);
 

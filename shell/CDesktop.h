@@ -11,7 +11,9 @@ public:
     // All take path texts and tell whether the desktop took the request.
     virtual bool OpenFile(std::string_view path) = 0;      // with its default program
     virtual bool ShowInFolder(std::string_view path) = 0;  // in the file manager
-    virtual bool StartProcess(std::string_view program, const std::vector<std::string>& arguments) = 0;
+    // Without a shell, in that working folder, and without waiting for its end.
+    virtual bool StartProcess(std::string_view program, const std::vector<std::string>& arguments,
+                              std::string_view folder) = 0;
     // Puts a copy of the file into the trash; the file itself stays.
     virtual bool CopyToTrash(std::string_view path) = 0;
 };
@@ -21,6 +23,8 @@ class CNoDesktop : public CDesktop {
 public:
     bool OpenFile(std::string_view) override { return false; }
     bool ShowInFolder(std::string_view) override { return false; }
-    bool StartProcess(std::string_view, const std::vector<std::string>&) override { return false; }
+    bool StartProcess(std::string_view, const std::vector<std::string>&, std::string_view) override {
+        return false;
+    }
     bool CopyToTrash(std::string_view) override { return false; }
 };

@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "shell/CHostFiles.h"
+#include "shell/CUnixFile.h"
 #include "shell/numbers.h"
 #include "shell/seams.h"
 #include "shell/textcodec.h"
@@ -114,6 +115,11 @@ std::string MakeDocumentName(std::string_view title, std::string_view ending) {
 }
 
 std::string WriteDocument(std::string_view title, std::string_view ending, std::string_view bytes) {
+    return WriteDocument(title, ending, [bytes](const CUnixFile& file) { return file.WriteAll(bytes); });
+}
+
+std::string WriteDocument(std::string_view title, std::string_view ending,
+                          const std::function<bool(const CUnixFile&)>& write) {
     const std::string folder = GetDocumentsFolder() + "Drovane\\";
     if (!HostFiles().MakeFolder(folder)) {
         return {};
@@ -124,7 +130,7 @@ std::string WriteDocument(std::string_view title, std::string_view ending, std::
         if (HostFiles().Exists(path)) {
             continue;
         }
-        if (HostFiles().WriteFile(path, bytes, CHostFiles::Existing::Keep)) {
+        if (HostFiles().WriteFile(path, write, CHostFiles::Existing::Keep)) {
             return path;
         }
         // Another program may have taken the name in between; anything else is a failure.

@@ -1,8 +1,11 @@
 // Where an operator finds what the program makes for him: in the folder "Drovane" among his documents.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
+
+class CUnixFile;
 
 // A path text with its trailing "\": the folder that the desktop names in user-dirs.dirs, or "Documents" in
 // the home folder. It needn't exist.
@@ -15,3 +18,6 @@ std::string MakeDocumentName(std::string_view title, std::string_view ending);
 // Writes the document and gives its path text, empty if it can't be written. Nothing that is there is
 // touched: a taken name is followed by " (2)", " (3)" and so on.
 std::string WriteDocument(std::string_view title, std::string_view ending, std::string_view bytes);
+// The same for what is too large for memory, as CHostFiles::WriteFile.
+std::string WriteDocument(std::string_view title, std::string_view ending,
+                          const std::function<bool(const CUnixFile&)>& write);

@@ -7,7 +7,7 @@
 
 #include "apps/cli/CArguments.h"
 #include "apps/cli/commands.h"
-#include "assessment/standards.h"
+#include "shell/CPrompts.h"
 #include "shell/numbers.h"
 #include "store/CDbRec.h"
 
@@ -24,6 +24,23 @@ std::set<std::int32_t> ParseIdList(const std::string& text) {
 }
 
 }  // namespace
+
+std::optional<AssessmentChoice> ChooseAssessment(const CommandContext& context, const CArguments& arguments,
+                                                 CDbRec& database, int unknown) {
+    AssessmentChoice choice;
+    if (!database.ReadAttrib(choice.Project)) {
+        throw std::runtime_error("the project can't be read");
+    }
+    choice.Route = FindScoringRoute(choice.Project.CriterionName);
+    if (!HasEvaluator(choice.Route)) {
+        ShowMessage(unknown, choice.Project.CriterionName);
+        return std::nullopt;
+    }
+    choice.K = ChosenParameter(context, arguments, "--k", ParametersK(choice.Route));
+    choice.T = ChosenParameter(context, arguments, "--t", ParametersT(choice.Route));
+    choice.Sections = ChosenSections(database, arguments);
+    return choice;
+}
 
 CTestingDataArray ChosenSections(CDbRec& database, const CArguments& arguments) {
     std::set<std::int32_t> wanted;

@@ -29,6 +29,8 @@ constexpr Command Commands[] = {
      RunGrade},
     {"dataset", "PROJECT [--k N] [--t N] [--sections ID,ID] -o FILE.xml",
      "write what a report of the sections shows, as the report generator reads it", RunDataset},
+    {"export-word", "PROJECT [--k N] [--t N] [--sections ID,ID] -o FILE.docx",
+     "make the Word report of the project's standard", RunExportWord},
     {"export-excel", "PROJECT [-o FILE.xlsx]",
      "write the inspection table, by default into your documents, and print its file", RunExportExcel},
     {"gps-calc", "PROJECT --section ID", "place the records between the section's manholes", RunGpsCalc},

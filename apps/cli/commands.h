@@ -50,6 +50,7 @@ int RunGrab(const CommandContext& context);
 int RunGrade(const CommandContext& context);
 // commands_report.cpp
 int RunDataset(const CommandContext& context);
+int RunExportWord(const CommandContext& context);
 
 // Helpers of the commands (commands.cpp).
 

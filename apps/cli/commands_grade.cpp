@@ -9,7 +9,6 @@
 #include "apps/cli/commands.h"
 #include "assessment/sectiongrades.h"
 #include "shell/CHostFiles.h"
-#include "shell/CPrompts.h"
 #include "shell/numbers.h"
 #include "shell/seams.h"
 #include "store/CDbRec.h"
@@ -19,10 +18,10 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-std::vector<SectionRecords> ReadSections(CDbRec& database, const CArguments& arguments) {
+std::vector<SectionRecords> ReadSections(CDbRec& database, CTestingDataArray sections) {
     std::vector<SectionRecords> chosen;
     const CHostFiles::CLookOnce look(HostFiles());
-    for (_TESTING_DATA& section : ChosenSections(database, arguments)) {
+    for (_TESTING_DATA& section : sections) {
         SectionRecords& entry = chosen.emplace_back();
         entry.Section = std::move(section);
         if (!database.ReadRecords(entry.Section.ID, entry.Records, true)) {
@@ -101,18 +100,13 @@ int RunGrade(const CommandContext& context) {
     arguments.ExpectPlaces(1, 1);
     CDbRec database;
     OpenProject(database, context, arguments.Places()[0]);
-    _PRO_DATA project;
-    if (!database.ReadAttrib(project)) {
-        throw std::runtime_error("the project can't be read");
-    }
-    const ScoringRoute route = FindScoringRoute(project.CriterionName);
-    if (!HasEvaluator(route)) {
-        ShowMessage(2153, project.CriterionName);
+    std::optional<AssessmentChoice> choice = ChooseAssessment(context, arguments, database, 2153);
+    if (!choice) {
         return 1;
     }
-    const float k = ChosenParameter(context, arguments, "--k", ParametersK(route));
-    const float t = ChosenParameter(context, arguments, "--t", ParametersT(route));
-    const std::vector<SectionGrade> grades = GradeSections(route, ReadSections(database, arguments), k, t);
+    const auto& [project, route, chosen, k, t] = *choice;
+    const std::vector<SectionGrade> grades =
+        GradeSections(route, ReadSections(database, std::move(choice->Sections)), k, t);
     if (arguments.Has("--json")) {
         Json sections = Json::array();
         for (const SectionGrade& grade : grades) {

@@ -4,38 +4,63 @@
 #include "apps/cli/CArguments.h"
 #include "apps/cli/choices.h"
 #include "apps/cli/commands.h"
-#include "assessment/standards.h"
 #include "reports/CRecExport.h"
 #include "reports/collectreport.h"
-#include "shell/CPrompts.h"
+#include "reports/word/generator.h"
+#include "reports/word/wordreport.h"
 
-int RunDataset(const CommandContext& context) {
+namespace {
+
+struct ReportJob {
+    std::string Target;  // path text
+    CRecExport Project;
+    std::optional<AssessmentChoice> Choice;  // nothing with its message shown
+};
+
+void Begin(const CommandContext& context, ReportJob& job) {
     const CArguments arguments(context.Words, {"--k", "--t", "--sections", "-o"}, {});
     arguments.ExpectPlaces(1, 1);
+    const std::string& project = arguments.Places().front();
     const std::string target = arguments.Require("-o");
-    CRecExport database;
-    OpenProject(database, context, arguments.Places()[0]);
-    _PRO_DATA project;
-    if (!database.ReadAttrib(project)) {
-        throw std::runtime_error("the project can't be read");
+    if (HostArgument(context, target) == HostArgument(context, project)) {
+        throw CUsageError("the report can't take the project's place");
     }
-    const ScoringRoute route = FindScoringRoute(project.CriterionName);
-    if (!HasEvaluator(route)) {
-        ShowMessage(2158, project.CriterionName);
-        return 1;
-    }
-    const float k = ChosenParameter(context, arguments, "--k", ParametersK(route));
-    const float t = ChosenParameter(context, arguments, "--t", ParametersT(route));
-    CArrID ids;
-    for (const _TESTING_DATA& section : ChosenSections(database, arguments)) {
-        ids.push_back(static_cast<std::uint32_t>(section.ID));
-    }
+    job.Target = PathArgument(context, target);
+    OpenProject(job.Project, context, project);
+    job.Choice = ChooseAssessment(context, arguments, job.Project, 2158);
+}
+
+}  // namespace
+
+int RunDataset(const CommandContext& context) {
+    ReportJob job;
+    Begin(context, job);
     ReportLists lists;
-    if (!CollectReport(database, project.CriterionName, ids, k, t, lists)) {
+    if (!job.Choice ||
+        !CollectReport(job.Project, job.Choice->Project.CriterionName, SectionIds(job.Choice->Sections),
+                       job.Choice->K, job.Choice->T, lists)) {
         return 1;
     }
-    if (!database.SaveReport(PathArgument(context, target))) {
-        throw std::runtime_error(target + " can't be written");
+    if (!job.Project.SaveReport(job.Target)) {
+        throw std::runtime_error(ShownPath(job.Target) + " can't be written");
     }
     return 0;
+}
+
+int RunExportWord(const CommandContext& context) {
+    ReportJob job;
+    Begin(context, job);
+    ReportLists lists;
+    if (!job.Choice) {
+        return 1;
+    }
+    const std::string& criterionName = job.Choice->Project.CriterionName;
+    const ReportOrder order{std::move(job.Choice->Sections), job.Choice->K, job.Choice->T, {}};
+    if (!CollectWordReport(job.Project, criterionName, order, lists)) {
+        return 1;
+    }
+    if (UsesGenerator(criterionName)) {
+        return RunGenerator(job.Project, job.Target);
+    }
+    return WriteWordReportTo(job.Target, lists, criterionName, {}).Complete ? 0 : 1;
 }

@@ -375,9 +375,13 @@ void CDocx::SetChart(std::string_view bookmark, const ChartSpec& spec) {
                                     "", spec.Width * scale, spec.Height * scale)));
 }
 
-void CDocx::Save(std::string_view path) {
+bool CDocx::Write(const CUnixFile& file) {
     m_package.Set(m_mainPart, PrintXml(m_xml));
-    if (!HostFiles().WriteFile(path, [this](const CUnixFile& file) { return m_package.Write(file); })) {
+    return m_package.Write(file);
+}
+
+void CDocx::Save(std::string_view path) {
+    if (!HostFiles().WriteFile(path, [this](const CUnixFile& file) { return Write(file); })) {
         throw COoxmlError("the document can't be written: " + HostFiles().HostPath(path));
     }
 }

@@ -54,6 +54,8 @@ public:
 
     // Whole or not at all.
     void Save(std::string_view path);
+    // To an empty file. False if it can't be written, or a picture can't be read any more.
+    bool Write(const CUnixFile& file);
 
     // A picture as XML of a run.
     std::string PictureRun(const DocxPicture& picture, double width, double height);

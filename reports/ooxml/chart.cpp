@@ -15,13 +15,6 @@ constexpr const char* Accent = "2F6DA8";
 constexpr const char* Slices[] = {"2F6DA8", "E39B3B", "4E9A6B", "C2514B",
                                   "7E68A6", "56B0B8", "D9C24A", "8A6A4F"};
 
-void Check(const ChartSpec& spec) {
-    if (spec.Values.empty() || spec.Values.size() > MostColumns || spec.Names.size() != spec.Values.size()) {
-        throw COoxmlError("a chart can't be drawn from " +
-                          FormatInt(static_cast<std::int64_t>(spec.Values.size())) + " values");
-    }
-}
-
 std::string Column(std::size_t index) {
     return std::string(1, static_cast<char>('A' + index));
 }
@@ -124,8 +117,15 @@ std::string SheetRow(int row, const std::vector<std::string>& texts, bool number
 
 }  // namespace
 
+void CheckChart(const ChartSpec& spec) {
+    if (spec.Values.empty() || spec.Values.size() > MostColumns || spec.Names.size() != spec.Values.size()) {
+        throw COoxmlError("a chart can't be drawn from " +
+                          FormatInt(static_cast<std::int64_t>(spec.Values.size())) + " values");
+    }
+}
+
 std::string ChartXml(const ChartSpec& spec, const std::string& workbookRelation) {
-    Check(spec);
+    CheckChart(spec);
     return Head +
            std::string(R"(<c:chartSpace xmlns:c="http://schemas.openxmlformats.org/drawingml/2006/chart" )"
                        R"(xmlns:a="http://schemas.openxmlformats.org/drawingml/2006/main" )"
@@ -140,7 +140,7 @@ std::string ChartXml(const ChartSpec& spec, const std::string& workbookRelation)
 }
 
 std::string ChartWorkbook(const ChartSpec& spec) {
-    Check(spec);
+    CheckChart(spec);
     const std::string head = Head;
     const std::string types = "application/vnd.openxmlformats-officedocument.spreadsheetml.";
     const std::string relations = "http://schemas.openxmlformats.org/package/2006/relationships";

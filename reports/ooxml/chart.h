@@ -21,6 +21,7 @@ struct ChartSpec {
     double Height = 250;
 };
 
-// Throw COoxmlError without values, and with more than the columns A to Z hold.
+// All throw COoxmlError without values, and with more than the columns A to Z hold.
+void CheckChart(const ChartSpec& spec);
 std::string ChartXml(const ChartSpec& spec, const std::string& workbookRelation);
 std::string ChartWorkbook(const ChartSpec& spec);

@@ -45,12 +45,13 @@ bool CQtDesktop::ShowInFolder(std::string_view path) {
            QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(file).absolutePath()));
 }
 
-bool CQtDesktop::StartProcess(std::string_view program, const std::vector<std::string>& arguments) {
+bool CQtDesktop::StartProcess(std::string_view program, const std::vector<std::string>& arguments,
+                              std::string_view folder) {
     QStringList list;
     for (const std::string& argument : arguments) {
         list << ToQt(argument);
     }
-    return QProcess::startDetached(HostName(program), list);
+    return QProcess::startDetached(HostName(program), list, HostName(folder));
 }
 
 // By the desktop's rules for the trash: a file among `files`, and beside it where it came from. The info

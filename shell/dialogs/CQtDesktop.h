@@ -7,6 +7,7 @@ class CQtDesktop : public CDesktop {
 public:
     bool OpenFile(std::string_view path) override;
     bool ShowInFolder(std::string_view path) override;
-    bool StartProcess(std::string_view program, const std::vector<std::string>& arguments) override;
+    bool StartProcess(std::string_view program, const std::vector<std::string>& arguments,
+                      std::string_view folder) override;
     bool CopyToTrash(std::string_view path) override;
 };

@@ -1,17 +1,17 @@
-// Fills every bookmark of a template in the order and at the places that reports use, with texts that can be
-// told apart.
+// The flat lists of a report with texts that can be told apart, and the pictures that they name.
 #pragma once
 
-#include <string>
+#include "reports/reportlists.h"
 
-#include "reports/ooxml/CDocx.h"
+class CTestFolder;
 
 struct SampleReport {
     bool Full = true;  // forms of sections, tables of manholes and levels; else forms of defects
-    int Assessed = 0;  // data columns of the table of assessments
-    int Sections = 4;
-    std::string Picture;
+    ReportLists Lists;
     std::string MapPicture;
 };
 
-void FillSample(CDocx& document, const SampleReport& sample);
+inline constexpr int SampleSections = 4;
+
+// `assessed`: data columns of the table of assessments.
+SampleReport MakeSampleReport(const CTestFolder& folder, bool full, int assessed);

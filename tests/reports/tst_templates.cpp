@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "reports/word/CExportWord.h"
 #include "tests/reports/documents.h"
 #include "tests/reports/samplereport.h"
 #include "tests/support/CTestFolder.h"
@@ -50,31 +51,50 @@ std::string Column(CDocx& document, const std::string& bookmark, int column, int
 class Template : public testing::TestWithParam<Route> {
 protected:
     std::string Name(const std::string& extension) const { return GetParam().Template + extension; }
-    SampleReport Sample() const {
-        SampleReport sample;
-        sample.Full = GetParam().Full;
-        sample.Assessed = GetParam().Assessed;
-        sample.Picture = m_folder.WriteFile("job/p.jpg", MakeBitmap(300, 240, 0x607080));
-        sample.MapPicture = m_folder.WriteFile("job/map.png", MakeBitmap(1024, 640, 0xC8D8B0));
-        return sample;
-    }
+    void Fill(const std::string& name, const std::string& target);
     CTestFolder m_folder;
 };
 
-// What a filled report must hold, read back.
-void ExpectFilled(CDocx& document, const SampleReport& sample) {
+// What the filled report must hold, read back.
+void ExpectFilled(CDocx& document, bool full) {
     EXPECT_EQ(document.BookmarkText("lbProjectName"), "东山路 <A&B> 排水管道检测");
-    EXPECT_EQ(document.Table("tblPrjInfo").CellText(6, 2), "王工");
+    EXPECT_EQ(document.BookmarkText("lbCorporation"), "管道检测公司");
+    CDocxTable project = document.Table("tblPrjInfo");
+    EXPECT_EQ(project.CellText(2, 2), "东山区");
+    EXPECT_EQ(project.CellText(6, 2), "王工");
     CDocxTable list = document.Table("OLE_LINK1");
-    EXPECT_EQ(list.RowCount(), sample.Sections + 2);
-    EXPECT_EQ(list.CellText(sample.Sections + 1, 5), std::to_string(sample.Sections) + "-5");
-    EXPECT_EQ(list.CellText(sample.Sections + 2, 1), "合计");
-    EXPECT_EQ(list.CellText(sample.Sections + 2, 5), "987.6");
+    EXPECT_EQ(list.RowCount(), SampleSections + 2);
+    EXPECT_EQ(list.CellText(SampleSections + 1, 1), "4");
+    EXPECT_EQ(list.CellText(SampleSections + 1, 5), "检测管段-4.4");
+    EXPECT_EQ(list.CellText(SampleSections + 2, 1), "合计");
+    EXPECT_EQ(list.CellText(SampleSections + 2, 5), "987.6");
     CDocxTable all = document.Table("tblDefectAll");
     EXPECT_EQ(all.RowCount(), 42);
     EXPECT_EQ(all.CellText(42, 1), "40");
-    EXPECT_EQ(all.CellText(42, 10), "39.8");
-    EXPECT_EQ(document.Table("tblDefect").CellText(18, 6), "15:6");
+    EXPECT_EQ(all.CellText(42, 10), "一览-40.9");
+    CDocxTable assessed = document.Table("tbDefectAssess");
+    EXPECT_EQ(assessed.CellText(6, 1), "4");
+    EXPECT_EQ(assessed.CellText(6, 3), "评估-4.2");
+    EXPECT_EQ(document.Table("tblDefect").CellText(18, 6), "缺陷类型16-1.5");
+    EXPECT_EQ(document.Table("tblDefect").CellText(19, 2), "缺陷类型17-1.1");
+    if (!full) {
+        return;
+    }
+    EXPECT_EQ(document.Table("wellDefectTotal").CellText(14, 11), "井数-13.9");
+    EXPECT_EQ(document.Table("wellDefectList").CellText(4, 7), "井-3.6");
+    EXPECT_EQ(document.Table("rILevelTable").CellText(6, 7), "等级-4.6");
+    EXPECT_EQ(document.Table("rILevelTotalTable").CellText(11, 3), "比例-10.1");
+    CDocxTable lengths = document.Table("rILevelTotalLenTable");
+    EXPECT_EQ(lengths.CellText(2, 2), "长度-1.1");
+    EXPECT_EQ(lengths.CellText(7, 5), "长度-13.1");
+    EXPECT_EQ(lengths.CellText(9, 3), "长度-14.1");
+    CDocxTable wells = document.Table("tblJcjDefectTotal");
+    EXPECT_EQ(wells.RowCount(), 5);
+    EXPECT_EQ(wells.CellText(2, 6), "图1,2");
+    EXPECT_EQ(wells.CellText(3, 5), "说明乙");
+    EXPECT_EQ(wells.CellText(3, 6), "图3");
+    EXPECT_EQ(wells.CellText(5, 1), "图片文件无法读取：图3\n\n\\none\\lost.jpg\n");
+    EXPECT_EQ(wells.CellText(5, 2), "");
 }
 
 TEST_P(Template, HasTheLayoutThatReportsFill) {
@@ -134,26 +154,46 @@ TEST_P(Template, HasTheLayoutThatReportsFill) {
     EXPECT_EQ(CountOf(xml, "<w:tblHeader/>"), std::string(name) == "CQ" ? 16 : full ? 14 : 7);
 }
 
-TEST_P(Template, IsFilledAndReadByOthers) {
-    const SampleReport sample = Sample();
-    CDocx document(m_folder.Path(Name(".dotx")));
-    FillSample(document, sample);
+void Template::Fill(const std::string& name, const std::string& target) {
+    const SampleReport sample = MakeSampleReport(m_folder, GetParam().Full, GetParam().Assessed);
+    CExportWord report;
+    ASSERT_TRUE(report.OpenDocument(m_folder.Path(name)));
+    std::vector<std::string> told;
+    ASSERT_TRUE(report.FillDocument(sample.Lists, sample.MapPicture, sample.Full,
+                                    [&](const std::string& line) { told.push_back(line); }));
+    EXPECT_LE(told.size(), 101U);
+    EXPECT_NE(told.back().find("100"), std::string::npos) << told.back();
+    ASSERT_TRUE(report.CopyTypeChart(sample.Lists.DefectCountsByType, sample.Lists.Names));
+    ASSERT_TRUE(report.PasteChart("chartDefectCount"));
+    ASSERT_TRUE(report.CopyLevelChart(sample.Lists.DefectCountsByLevel));
+    ASSERT_TRUE(report.PasteChart("chartLevelCount"));
     fs::create_directory(m_folder.Host("out"));
-    document.Save(m_folder.Path("out/filled.docx"));
+    report.Document().Save(m_folder.Path(target));
+}
+
+TEST_P(Template, IsFilledAndReadByOthers) {
+    Fill(Name(".dotx"), "out/filled.docx");
+    const bool full = GetParam().Full;
     // For looking at the pages.
     if (const char* keep = std::getenv("DROVANE_KEEP_REPORTS")) {
         fs::copy_file(m_folder.Host("out/filled.docx"), fs::path(keep) / Name(".docx"),
                       fs::copy_options::overwrite_existing);
     }
     CDocx again(m_folder.Path("out/filled.docx"));
-    ExpectFilled(again, sample);
+    ExpectFilled(again, full);
     std::map<std::string, std::string> parts = PartsOf(m_folder.ReadFile("out/filled.docx"));
     const std::string xml = parts["word/document.xml"];
-    // The map and one picture, the two charts; the placeholder's part stays, but nothing shows it.
-    EXPECT_EQ(CountOf(xml, "<a:blip r:embed="), sample.Full ? 1 + 10 + 3 : 1 + 7);
+    // The map and one picture, the two charts; the placeholder's part stays, but nothing shows it. Pictures
+    // of the forms have one size.
+    EXPECT_EQ(CountOf(xml, "<a:blip r:embed="), full ? 1 + 16 + 2 : 1 + 6);
+    EXPECT_EQ(CountOf(xml, R"(<wp:extent cx="3048000" cy="2438400"/>)"), full ? 18 : 6);
     EXPECT_EQ(CountOf(xml, "<c:chart "), 2);
     EXPECT_EQ(CountOf(parts["word/_rels/document.xml.rels"], "relationships/image"), 3);
-    EXPECT_EQ(CountOf(xml, R"(<w:br w:type="page"/>)"), sample.Full ? sample.Sections - 1 : 2);
+    EXPECT_EQ(CountOf(xml, R"(<w:br w:type="page"/>)"), full ? SampleSections - 1 : 2);
+    // Of seventeen types five have no defect.
+    EXPECT_EQ(CountOf(parts["word/charts/chart1.xml"], "<c:ptCount val=\"12\"/>"), 2);
+    EXPECT_NE(parts["word/charts/chart1.xml"].find("<c:v>缺陷类型4</c:v>"), std::string::npos);
+    EXPECT_NE(parts["word/charts/chart2.xml"].find("<c:v>4级</c:v>"), std::string::npos);
 
     if (FindWordProcessor().empty()) {
         GTEST_SKIP() << "LibreOffice (libreoffice-writer-nogui) isn't installed";
@@ -161,12 +201,19 @@ TEST_P(Template, IsFilledAndReadByOthers) {
     ASSERT_TRUE(Convert(m_folder.Host("out/filled.docx"), "txt:Text", m_folder.Host("out")));
     const std::string text = m_folder.ReadFile("out/filled.txt");
     // First things stand first although they were pasted last.
-    std::vector<std::string> order{
-        "东山路 <A&B> 排水管道检测", "SN-1", "4-5", "987.6", "3.0", "15:6", "39.8"};
-    if (sample.Full) {
-        order.insert(order.end(), {"12.8", "井36", "管段1", "管段2", "管段3", "管段4"});
+    std::vector<std::string> order{"东山路 <A&B> 排水管道检测",
+                                   "SN-1",
+                                   "检测管段-4.4",
+                                   "987.6",
+                                   "评估-4.1",
+                                   "缺陷类型16-1.5",
+                                   "一览-40.9"};
+    if (full) {
+        order.insert(order.end(), {"井数-13.9", "井-3.6", "井壁渗水", "管段1的1", "管段1的13", "管段1的14",
+                                   "管段1的17", "管段1缺陷1.5", "图1", "管段2的1", "管段2缺陷2.1", "图2,3",
+                                   "管段3的1", "图4,5", "图5", "管段4的17"});
     } else {
-        order.insert(order.end(), {"缺陷1.1", "缺陷1.6", "缺陷2.1", "缺陷7.6"});
+        order.insert(order.end(), {"详表1.1", "详表1.6", "详表2.1", "\\none\\lost.jpg", "详表7.6"});
     }
     std::size_t at = 0;
     for (const std::string& part : order) {
@@ -180,14 +227,11 @@ TEST_P(Template, StillFillsAfterAWordProcessor) {
     if (FindWordProcessor().empty()) {
         GTEST_SKIP() << "LibreOffice (libreoffice-writer-nogui) isn't installed";
     }
-    const SampleReport sample = Sample();
     fs::create_directory(m_folder.Host("out"));
     ASSERT_TRUE(Convert(m_folder.Host(Name(".dotx")), "docx", m_folder.Host("out")));
-    CDocx document(m_folder.Path("out/" + Name(".docx")));
-    FillSample(document, sample);
-    document.Save(m_folder.Path("out/filled.docx"));
+    Fill("out/" + Name(".docx"), "out/filled.docx");
     CDocx again(m_folder.Path("out/filled.docx"));
-    ExpectFilled(again, sample);
+    ExpectFilled(again, GetParam().Full);
 }
 
 INSTANTIATE_TEST_SUITE_P(Reports, Template,

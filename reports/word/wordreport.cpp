@@ -1,0 +1,124 @@
+#include "reports/word/wordreport.h"
+
+#include <functional>
+#include <optional>
+
+#include "assessment/standards.h"
+#include "geo/staticmap/CStaticMap.h"
+#include "reports/collectreport.h"
+#include "reports/ooxml/COoxmlError.h"
+#include "shell/CDesktop.h"
+#include "shell/CHostFiles.h"
+#include "shell/CPrompts.h"
+#include "shell/documents.h"
+#include "shell/language.h"
+#include "shell/paths.h"
+#include "shell/seams.h"
+#include "shell/temporaryfolder.h"
+
+namespace {
+
+constexpr int MessageNotWritten = 3251;
+constexpr int MessageNoProgram = 3252;
+constexpr const char* Ending = ".docx";
+
+const char* TemplateOf(ScoringRoute route) {
+    switch (route) {
+        case ScoringRoute::Guangzhou:
+            return "GZ.dotx";
+        case ScoringRoute::Shanghai:
+            return "SH.dotx";
+        case ScoringRoute::Chongqing:
+            return "CQ.dotx";
+        default:
+            return "GB.dotx";
+    }
+}
+
+void Tell(const StatusLine& status, int message) {
+    if (status) {
+        status(LoadMessage(message));
+    }
+}
+
+void FetchMap(const CTestingDataArray& sections) {
+    const std::string picture = GetMapPicturePath();
+    if (picture.empty()) {
+        return;
+    }
+    CStaticMap map;
+    for (const _TESTING_DATA& section : sections) {
+        (void)map.AddPath(section.GpsXStart, section.GpsYStart, section.GpsXEnd, section.GpsYEnd);
+    }
+    map.GetImage(picture);
+}
+
+// The first that fails ends it.
+bool AddCharts(CExportWord& report, const ReportLists& lists) {
+    return report.CopyTypeChart(lists.DefectCountsByType, lists.Names) &&
+           report.PasteChart("chartDefectCount") && report.CopyLevelChart(lists.DefectCountsByLevel) &&
+           report.PasteChart("chartLevelCount");
+}
+
+// `save` gives the path, or an empty one.
+WordReport MakeReport(const ReportLists& lists, const std::string& criterionName, const StatusLine& status,
+                      const std::function<std::string(CDocx&)>& save) {
+    const ScoringRoute route = FindScoringRoute(criterionName);
+    CExportWord report;
+    if (!report.OpenDocument(GetAppFolder() + TemplateOf(route)) ||
+        !report.FillDocument(lists, GetMapPicturePath(), !IsDensityScoring(route), status)) {
+        return {};
+    }
+    Tell(status, 2159);
+    WordReport made;
+    made.Complete = AddCharts(report, lists);
+    if (made.Complete) {
+        Tell(status, 2160);
+    }
+    made.Path = save(report.Document());
+    return made;
+}
+
+}  // namespace
+
+bool CollectWordReport(CRecExport& project, const std::string& criterionName, const ReportOrder& order,
+                       ReportLists& lists) {
+    Tell(order.Status, 2154);
+    FetchMap(order.Sections);
+    Tell(order.Status, 2155);
+    return CollectReport(project, criterionName, SectionIds(order.Sections), order.K, order.T, lists);
+}
+
+std::string GetMapPicturePath() {
+    const std::string folder = GetTemporaryFolder();
+    return folder.empty() ? folder : folder + "_map.png";
+}
+
+WordReport WriteWordReport(const ReportLists& lists, const std::string& criterionName,
+                           const std::string& projectName, const StatusLine& status) {
+    return MakeReport(lists, criterionName, status, [&](CDocx& document) {
+        std::string path =
+            WriteDocument(projectName, Ending, [&](const CUnixFile& file) { return document.Write(file); });
+        if (path.empty()) {
+            ShowMessage(MessageNotWritten, "\n" + HostFiles().HostPath(GetDocumentsFolder()));
+        }
+        return path;
+    });
+}
+
+WordReport WriteWordReportTo(const std::string& path, const ReportLists& lists,
+                             const std::string& criterionName, const StatusLine& status) {
+    return MakeReport(lists, criterionName, status, [&](CDocx& document) {
+        if (HostFiles().WriteFile(path, [&](const CUnixFile& file) { return document.Write(file); })) {
+            return path;
+        }
+        ShowMessage(MessageNotWritten, "\n" + HostFiles().HostPath(path));
+        return std::string();
+    });
+}
+
+void OpenWordReport(const std::string& path) {
+    if (!Desktop().OpenFile(path)) {
+        ShowMessage(MessageNoProgram, "\n" + HostFiles().HostPath(path));
+    }
+}

@@ -1,0 +1,46 @@
+// The Word report of a project, from the chosen sections to the finished document.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "reports/reportlists.h"
+#include "reports/word/CExportWord.h"
+#include "store/records/records.h"
+
+class CRecExport;
+
+struct ReportOrder {
+    CTestingDataArray Sections;  // the chosen ones, in the project's order
+    // Parameters of region and soil, as picked.
+    float K = 0;
+    float T = 0;
+    StatusLine Status;
+};
+
+// Fetches the map picture, then scores and gathers: reports/collectreport.h. False if there is nothing to
+// make a report of; a message was shown, except where the data set can't be built, which says for itself
+// what it couldn't read.
+bool CollectWordReport(CRecExport& project, const std::string& criterionName, const ReportOrder& order,
+                       ReportLists& lists);
+
+// The picture of the map that the last report fetched. It needn't exist; the folder is the user's own. Empty
+// without such a folder.
+std::string GetMapPicturePath();
+
+struct WordReport {
+    std::string Path;       // empty if there is no document; a message was shown
+    bool Complete = false;  // not if a chart failed, whose message was shown: the document lacks it
+};
+
+// Fills the template of the standard and writes the document among those of the operator, under the project's
+// name. Not for standards whose documents the generator makes.
+WordReport WriteWordReport(const ReportLists& lists, const std::string& criterionName,
+                           const std::string& projectName, const StatusLine& status);
+// The same to a path, whatever is there.
+WordReport WriteWordReportTo(const std::string& path, const ReportLists& lists,
+                             const std::string& criterionName, const StatusLine& status);
+
+// With the desktop's program for it; where there is none, a message tells where the report lies.
+void OpenWordReport(const std::string& path);
