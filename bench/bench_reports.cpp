@@ -4,6 +4,7 @@
 #include <ctime>
 
 #include "bench/CBenchFolder.h"
+#include "bench/fillproject.h"
 #include "bench/ratio.h"
 #include "bench/require.h"
 #include "reports/CRecExport.h"
@@ -13,43 +14,11 @@ namespace {
 
 constexpr int LargeSections = 2000;
 constexpr int SmallSections = 1000;
-constexpr int RecordsASection = 10;
 constexpr double MostMilliseconds = 2000.0;
 
-std::string FillProject(const CBenchFolder& folder, const std::string& name, int sections) {
+std::string MakeProject(const CBenchFolder& folder, const std::string& name, int sections) {
     const std::string path = folder.MakeProject(name);
-    CDbRec database;
-    Require(database.OpenDatabase(path, CDbPassword), "open");
-    CDbBatch batch(database);
-    constexpr const char* codes[] = {"PL", "BX", "CJ", "JG", "SG", "TJ", "CK", "ZW"};
-    for (int s = 0; s < sections; ++s) {
-        _TESTING_DATA section;
-        section.TestingName = "污水管 " + std::to_string(s);
-        section.StartWell = "WS" + std::to_string(s);
-        section.EndWell = "WS" + std::to_string(s + 1);
-        section.VideoFileList = "\\job\\v.avi";
-        section.Location = "示范路";
-        section.PipeLength = "50.0";
-        section.PipeDiameter = "800";
-        section.PipeMaterial = "钢筋混凝土管";
-        section.TestingDate = "2026/03/14 09:26:53";
-        Require(database.AddTesting(section), "add a section");
-        const std::int32_t id = database.LastInsertId();
-        for (int r = 0; r < RecordsASection; ++r) {
-            _REC_DATA record;
-            record.TestingID = id;
-            record.DefectCode = codes[(s + r) % 8];
-            record.DefectType = database.GetDefectType(record.DefectCode);
-            record.DefectLevel = static_cast<std::uint8_t>(1 + r % 4);
-            record.DistanceStart = static_cast<float>(r) * 4.3F;
-            record.DistanceEnd = record.DistanceStart + 0.5F;
-            record.DirectionStart = 3;
-            record.DirectionEnd = 9;
-            record.Comment = "接口处渗水，建议修复";
-            Require(database.AddRecord(record), "add a record");
-        }
-    }
-    batch.Commit();
+    FillProject(path, sections, "\\job\\v.avi", [](int) { return std::string(); });
     return path;
 }
 
@@ -74,8 +43,8 @@ std::function<void()> WriteDataset(const CBenchFolder& folder, const std::string
 
 int main() {
     const CBenchFolder folder;
-    const auto large = WriteDataset(folder, FillProject(folder, "large.mdb", LargeSections), LargeSections);
-    const auto small = WriteDataset(folder, FillProject(folder, "small.mdb", SmallSections), SmallSections);
+    const auto large = WriteDataset(folder, MakeProject(folder, "large.mdb", LargeSections), LargeSections);
+    const auto small = WriteDataset(folder, MakeProject(folder, "small.mdb", SmallSections), SmallSections);
 
     std::printf("| What | Against | Time | Peer | Ratio, median (range) | Limit | |\n");
     std::printf("|---|---|---|---|---|---|---|\n");

@@ -10,6 +10,7 @@
 
 #include "assessment/sectiongrades.h"
 #include "bench/CBenchFolder.h"
+#include "bench/fillproject.h"
 #include "bench/ratio.h"
 #include "bench/require.h"
 #include "fieldimport/acquisitionimport.h"
@@ -19,7 +20,6 @@
 namespace {
 
 constexpr int Sections = 2000;
-constexpr int RecordsASection = 10;
 
 std::string PictureName(const CBenchFolder& folder, int number) {
     return folder.Path("job/picture/" + std::to_string(number) + ".jpg");
@@ -30,45 +30,6 @@ void MakePictures(const CBenchFolder& folder) {
     for (int i = 0; i < Sections * RecordsASection; ++i) {
         std::ofstream(folder.Host("job/picture/" + std::to_string(i) + ".jpg")) << std::string(400, 'x');
     }
-}
-
-void FillProject(const CBenchFolder& folder, const std::string& path) {
-    CDbRec database;
-    Require(database.OpenDatabase(path, CDbPassword), "open");
-    CDbBatch batch(database);
-    constexpr const char* codes[] = {"PL", "BX", "CJ", "JG", "SG", "TJ", "CK", "ZW"};
-    for (int s = 0; s < Sections; ++s) {
-        _TESTING_DATA section;
-        section.TestingName = "污水管 " + std::to_string(s);
-        section.StartWell = "WS" + std::to_string(s);
-        section.EndWell = "WS" + std::to_string(s + 1);
-        section.VideoFileList = folder.Path("job/v.avi");
-        section.TaskName = "城区排水管网检测";
-        section.Location = "示范路";
-        section.PipeLength = "50.0";
-        section.PipeDiameter = "800";
-        section.PipeMaterial = "钢筋混凝土管";
-        section.TestingDate = "2026/03/14 09:26:53";
-        Require(database.AddTesting(section), "add a section");
-        const std::int32_t id = database.LastInsertId();
-        for (int r = 0; r < RecordsASection; ++r) {
-            _REC_DATA record;
-            record.TestingID = id;
-            record.DefectCode = codes[(s + r) % 8];
-            record.DefectType = database.GetDefectType(record.DefectCode);
-            record.DefectLevel = static_cast<std::uint8_t>(1 + r % 4);
-            record.DistanceStart = static_cast<float>(r) * 4.3F;
-            record.DistanceEnd = record.DistanceStart + 0.5F;
-            record.DirectionStart = 3;
-            record.DirectionEnd = 9;
-            record.Video = section.VideoFileList;
-            record.GpsX = 113.26;
-            record.GpsY = 23.13;
-            record.AddPicture(PictureName(folder, s * RecordsASection + r), 12.5);
-            Require(database.AddRecord(record), "add a record");
-        }
-    }
-    batch.Commit();
 }
 
 // A bare connection, as a program without the store's rules would hold it.
@@ -212,7 +173,8 @@ int main() {
     MakePictures(folder);
     const std::string path = folder.MakeProject("big.mdb");
     const std::string host = folder.Host("db/big.mdb").string();
-    FillProject(folder, path);
+    FillProject(path, Sections, folder.Path("job/v.avi"),
+                [&](int record) { return PictureName(folder, record); });
     const std::string key = DatabaseKey(CDbPassword);
 
     std::printf("| What | Against | Time | Peer | Ratio, median (range) | Limit | |\n");
