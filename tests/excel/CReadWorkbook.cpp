@@ -1,44 +1,30 @@
 #include "tests/excel/CReadWorkbook.h"
 
 #include <gtest/gtest.h>
-#include <tinyxml2.h>
-#include <zip.h>
+#include <stdio.h>
 
-namespace {
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <tuple>
 
-using tinyxml2::XMLElement;
-
-std::string TextOf(const XMLElement* element) {
-    return element != nullptr && element->GetText() != nullptr ? element->GetText() : "";
-}
-
-}  // namespace
-
-CReadWorkbook::CReadWorkbook(const std::string& bytes) {
-    zip_error_t error;
-    zip_t* archive =
-        zip_open_from_source(zip_source_buffer_create(bytes.data(), bytes.size(), 0, &error), 0, &error);
-    if (archive == nullptr) {
-        ADD_FAILURE() << "no archive";
+CReadWorkbook::CReadWorkbook(const std::filesystem::path& file) {
+    const std::string command =
+        DROVANE_PYTHON " '" DROVANE_TEST_FILES "/read_workbook.py' '" + file.string() + "'";
+    FILE* output = popen(command.c_str(), "r");
+    const auto book = nlohmann::json::parse(output, nullptr, false);
+    if (pclose(output) != 0 || !book.is_object()) {
+        ADD_FAILURE() << file << " can't be read, or the package python3-openpyxl isn't there";
         return;
     }
-    for (zip_int64_t i = 0; i < zip_get_num_entries(archive, 0); ++i) {
-        zip_stat_t state;
-        zip_stat_index(archive, static_cast<zip_uint64_t>(i), 0, &state);
-        std::string& part = m_parts[state.name];
-        part.resize(state.size);
-        zip_file_t* file = zip_fopen_index(archive, static_cast<zip_uint64_t>(i), 0);
-        EXPECT_EQ(zip_fread(file, part.data(), state.size), static_cast<zip_int64_t>(state.size));
-        zip_fclose(file);
+    Name = book.at("name");
+    Rows = book.at("rows");
+    Frozen = book.at("frozen");
+    Filter = book.at("filter");
+    Widths = book.at("widths");
+    for (const auto& [name, cell] : book.at("cells").items()) {
+        m_cells[name] = {cell.value("formula", ""), cell.value("text", ""), cell.value("number", ""),
+                         cell.value("format", "")};
     }
-    zip_discard(archive);
-    ReadFormats();
-    ReadCells();
-}
-
-std::string CReadWorkbook::Part(const std::string& name) const {
-    const auto found = m_parts.find(name);
-    return found == m_parts.end() ? std::string() : found->second;
 }
 
 ReadCell CReadWorkbook::Cell(const std::string& name) const {
@@ -46,45 +32,18 @@ ReadCell CReadWorkbook::Cell(const std::string& name) const {
     return found == m_cells.end() ? ReadCell() : found->second;
 }
 
-void CReadWorkbook::ReadFormats() {
-    tinyxml2::XMLDocument document;
-    ASSERT_EQ(document.Parse(Part("xl/styles.xml").c_str()), tinyxml2::XML_SUCCESS);
-    std::map<int, std::string> pictures{{1, "0"}, {2, "0.00"}};  // built in
-    const XMLElement* root = document.RootElement();
-    if (const XMLElement* list = root->FirstChildElement("numFmts")) {
-        for (auto* format = list->FirstChildElement(); format; format = format->NextSiblingElement()) {
-            pictures[format->IntAttribute("numFmtId")] = format->Attribute("formatCode");
+std::vector<std::string> CReadWorkbook::Formulas() const {
+    std::vector<std::string> names;
+    for (const auto& [name, cell] : m_cells) {
+        if (!cell.Formula.empty()) {
+            names.push_back(name);
         }
     }
-    int style = 0;
-    for (auto* xf = root->FirstChildElement("cellXfs")->FirstChildElement(); xf;
-         xf = xf->NextSiblingElement()) {
-        m_formats[style++] = pictures[xf->IntAttribute("numFmtId")];
-    }
-}
-
-void CReadWorkbook::ReadCells() {
-    tinyxml2::XMLDocument document;
-    ASSERT_EQ(document.Parse(Part("xl/worksheets/sheet1.xml").c_str()), tinyxml2::XML_SUCCESS);
-    const XMLElement* data = document.RootElement()->FirstChildElement("sheetData");
-    for (auto* row = data->FirstChildElement("row"); row; row = row->NextSiblingElement("row")) {
-        ++m_rows;
-        EXPECT_EQ(row->IntAttribute("r"), m_rows);
-        for (auto* c = row->FirstChildElement("c"); c; c = c->NextSiblingElement("c")) {
-            ReadCell& cell = m_cells[c->Attribute("r")];
-            const std::string type = c->Attribute("t") != nullptr ? c->Attribute("t") : "n";
-            if (const XMLElement* formula = c->FirstChildElement("f")) {
-                EXPECT_EQ(type, "str") << c->Attribute("r");
-                cell.Formula = TextOf(formula);
-                cell.Text = TextOf(c->FirstChildElement("v"));
-                ++m_formulas;
-            } else if (type == "inlineStr") {
-                cell.Text = TextOf(c->FirstChildElement("is")->FirstChildElement("t"));
-            } else if (c->FirstChildElement("v") != nullptr) {
-                EXPECT_EQ(type, "n") << c->Attribute("r");
-                cell.Number = TextOf(c->FirstChildElement("v"));
-                cell.Format = m_formats[c->IntAttribute("s")];
-            }
-        }
-    }
+    const auto place = [](const std::string& name) {
+        const std::size_t digits = name.find_first_of("0123456789");
+        return std::tuple(std::stoi(name.substr(digits)), digits, name);
+    };
+    std::sort(names.begin(), names.end(),
+              [&](const std::string& a, const std::string& b) { return place(a) < place(b); });
+    return names;
 }

@@ -1,35 +1,34 @@
-// Reads a workbook as a spreadsheet does: by the XML of its parts.
+// Reads a workbook with a library that has nothing in common with the one that writes it (openpyxl).
 #pragma once
 
+#include <filesystem>
 #include <map>
 #include <string>
+#include <vector>
 
 struct ReadCell {
     std::string Formula;
     std::string Text;    // of a text, or the last value of a formula
-    std::string Number;  // as it stands in the file
+    std::string Number;  // as few digits as tell it
     std::string Format;  // of a number
     bool operator==(const ReadCell&) const = default;
 };
 
 class CReadWorkbook {
 public:
-    // Adds test failures for what no spreadsheet would open.
-    explicit CReadWorkbook(const std::string& bytes);
+    // Adds test failures for what can't be opened.
+    explicit CReadWorkbook(const std::filesystem::path& file);
 
-    std::string Part(const std::string& name) const;
     // By its name such as "AG3"; empty if there is none.
     ReadCell Cell(const std::string& name) const;
-    int Rows() const { return m_rows; }
-    int Formulas() const { return m_formulas; }
+    std::vector<std::string> Formulas() const;  // names of their cells, row by row
+
+    std::string Name;
+    int Rows = 0;
+    std::string Frozen;                    // the first cell that scrolls
+    std::string Filter;                    // the cells that it filters
+    std::map<std::string, double> Widths;  // in letters, by column
 
 private:
-    void ReadFormats();
-    void ReadCells();
-
-    std::map<std::string, std::string> m_parts;
-    std::map<int, std::string> m_formats;  // by the style of a cell
     std::map<std::string, ReadCell> m_cells;
-    int m_rows = 0;
-    int m_formulas = 0;
 };
