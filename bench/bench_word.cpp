@@ -83,8 +83,7 @@ void CopyPictures(const CBenchFolder& folder, int count) {
     Require(archive != nullptr, "zip");
     for (int i = 0; i < count; ++i) {
         const std::string name = std::to_string(i) + ".jpg";
-        zip_source_t* source =
-            zip_source_file(archive, folder.Host("job/picture/" + name).c_str(), 0, -1);
+        zip_source_t* source = zip_source_file(archive, folder.Host("job/picture/" + name).c_str(), 0, -1);
         const zip_int64_t index = zip_file_add(archive, name.c_str(), source, ZIP_FL_OVERWRITE);
         Require(index >= 0 &&
                     zip_set_file_compression(archive, static_cast<zip_uint64_t>(index), ZIP_CM_STORE, 0) == 0,
@@ -108,7 +107,12 @@ long MegabytesOf(const std::function<void()>& work) {
     return usage.ru_maxrss / 1024;
 }
 
-void SaveLists(const CBenchFolder& folder, const ReportLists& lists) {
+void SaveLists(const CBenchFolder& folder, ReportLists lists) {
+    for (std::string& text : lists.ProjectStrings) {
+        if (text.ends_with(".jpg")) {
+            text = HostFiles().HostPath(text);  // stored paths are in small letters
+        }
+    }
     std::ofstream(folder.Host("lists.json")) << nlohmann::json{{"SectionRows", lists.SectionRows},
                                                                {"ShortRows", lists.ShortRows},
                                                                {"WellTotalRows", lists.WellTotalRows},
@@ -141,7 +145,7 @@ int main() {
     Collected few;
     Collect(MakeProject(folder, FewSections), few);
     SaveLists(folder, few.Lists);
-    const std::string script = std::string("/usr/bin/python3 '") + DROVANE_SOURCE_FOLDER +
+    const std::string script = std::string(DROVANE_PYTHON " '") + DROVANE_SOURCE_FOLDER +
                                "/bench/fill_word_report.py' '" + folder.Host("template.docx").string() +
                                "' '" + folder.Host("lists.json").string() + "' '" +
                                folder.Host("peer.docx").string() + "'";

@@ -57,7 +57,7 @@ def main():
     fill_counted(document, "tbDefectAssess", lists["SectionRows"], 3, 2, True)
     take(6)
     sections = table_of(document, "OLE_LINK1")
-    count = int(next(strings))
+    count = int(float(next(strings)))
     insert_rows(sections, 2, count - 1)
     for r in range(count):
         set_cells(sections, r + 2, 1, [str(r + 1)] + take(4))
@@ -66,7 +66,7 @@ def main():
     for r in range(lists["Codes"]):
         set_cells(types, r + 3, 2, take(5))
     defects = table_of(document, "tblDefectAll")
-    count = int(next(strings))
+    count = int(float(next(strings)))
     for r in range(count):
         set_cells(defects, r + 3, 1, [str(r + 1)] + take(9))
         if r < count - 1:
@@ -95,7 +95,7 @@ def main():
         insert_rows(table, rows + 10, (len(pictures) + 1) // 2 - 1)
         for k, picture in enumerate(pictures):
             cell = docx.table._Cell(table.rows[rows + 9 + k // 2]._tr.tc_lst[k % 2], table)
-            cell.paragraphs[0].add_run().add_picture(picture.replace("\\", "/"), Pt(240), Pt(192))
+            cell.paragraphs[0].add_run().add_picture(picture, Pt(240), Pt(192))
     document.save(sys.argv[3])
 
 
