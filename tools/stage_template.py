@@ -55,7 +55,7 @@ class Template:
     # Texts and bookmarks
 
     def text(self, text):
-        text = re.sub(r"\s+", " ", text or "").strip()
+        text = re.sub(r"[ \t\r\n]+", " ", text or "").strip(" ")
         for name, value in self.values.items():
             text = text.replace("{" + name + "}", value)
         return text
