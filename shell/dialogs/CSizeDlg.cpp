@@ -21,7 +21,10 @@ QWidget* CSizeDlg::GetDlgItem(int id) const {
 }
 
 int CSizeDlg::DoModal() {
-    return exec() == IdOk ? IdOk : IdCancel;
+    Initialize();
+    // The event loop of a window that isn't shown would never end.
+    const int ended = m_endedEarly ? result() : exec();
+    return ended == IdOk ? IdOk : IdCancel;
 }
 
 bool CSizeDlg::OnControlMessage(int, std::intptr_t, std::intptr_t) {
@@ -29,11 +32,28 @@ bool CSizeDlg::OnControlMessage(int, std::intptr_t, std::intptr_t) {
 }
 
 void CSizeDlg::setVisible(bool visible) {
-    if (visible && !m_initialized) {
-        m_initialized = true;
-        OnInitDialog();
+    if (visible) {
+        Initialize();
     }
-    QDialog::setVisible(visible);
+    QDialog::setVisible(visible && !m_endedEarly);
+}
+
+void CSizeDlg::Initialize() {
+    if (!m_initialized) {
+        m_initialized = true;
+        m_initializing = true;
+        OnInitDialog();
+        m_initializing = false;
+    }
+}
+
+void CSizeDlg::EndDialog(int result) {
+    if (m_initializing) {
+        m_endedEarly = true;
+        setResult(result);
+    } else {
+        done(result);
+    }
 }
 
 void CSizeDlg::Register(int id, QWidget* control) {

@@ -2,9 +2,10 @@
 // follow the window's size.
 //
 // A window is built in its constructor: controls, layouts, handlers. OnInitDialog runs once, right before
-// the window is first shown, when its caller has set what it wants shown. The layouts give the first
-// placement, so that every language and font fits; if the window has anchor rows, these rule from then on
-// and the layouts rest. The window never gets smaller than it was when it opened.
+// the window is first shown, when its caller has set what it wants shown; if it calls EndDialog there, the
+// window never comes up. The layouts give the first placement, so that every language and font fits; if the
+// window has anchor rows, these rule from then on and the layouts rest. The window never gets smaller than it
+// was when it opened.
 #pragma once
 
 #include <QDialog>
@@ -50,7 +51,7 @@ protected:
     virtual void OnOK() { EndDialog(IdOk); }
     virtual void OnCancel() { EndDialog(IdCancel); }
     virtual void OnTimer(int /*id*/) {}
-    void EndDialog(int result) { done(result); }
+    void EndDialog(int result);
 
     // The window's layouts take the control over. Buttons 1 and 2 run OnOK and OnCancel.
     template <class Control>
@@ -83,6 +84,7 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
+    void Initialize();
     void Register(int id, QWidget* control);
     void MoveAnchored(int dx, int dy);
 
@@ -91,6 +93,8 @@ private:
     std::vector<FITSIZE> m_anchors;
     QSize m_clientSize;
     bool m_initialized = false;
+    bool m_initializing = false;
+    bool m_endedEarly = false;
     bool m_shown = false;
 };
 
