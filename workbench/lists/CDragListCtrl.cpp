@@ -40,12 +40,13 @@ void CDragListCtrl::mousePressEvent(QMouseEvent* event) {
     }
     CListCtrl::mousePressEvent(event);
     m_pressedAt = event->position().toPoint();
-    m_dragRow = event->button() == Qt::LeftButton ? indexAt(m_pressedAt).row() : -1;
+    const bool drag = event->button() == Qt::LeftButton && !m_fixed;
+    m_dragRow = drag ? indexAt(m_pressedAt).row() : -1;
 }
 
 void CDragListCtrl::mouseMoveEvent(QMouseEvent* event) {
     const QPoint at = event->position().toPoint();
-    if ((event->buttons() & Qt::LeftButton) == 0) {
+    if ((event->buttons() & Qt::LeftButton) == 0 || m_fixed) {
         EndDrag();
         CListCtrl::mouseMoveEvent(event);
         return;
@@ -166,7 +167,7 @@ void CDragListCtrl::keyPressEvent(QKeyEvent* event) {
         return;
     }
     const bool up = event->key() == Qt::Key_Up;
-    if ((event->modifiers() & Qt::AltModifier) != 0 && (up || event->key() == Qt::Key_Down)) {
+    if (!m_fixed && (event->modifiers() & Qt::AltModifier) != 0 && (up || event->key() == Qt::Key_Down)) {
         if (const int row = SelectedRow(); row >= 0) {
             MoveRow(row, up ? row - 1 : row + 1);
         }

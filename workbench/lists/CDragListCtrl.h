@@ -20,6 +20,8 @@ class CDragListCtrl : public CListCtrl {
 public:
     explicit CDragListCtrl(QWidget* parent = nullptr);
 
+    // Rows stay where they are: for windows that only choose among them.
+    void FixOrder() { m_fixed = true; }
     // Afterwards the row stands at `to`, selected and visible, and the window has been told.
     void MoveRow(int from, int to);
     bool IsDragging() const { return m_dragging; }
@@ -45,6 +47,7 @@ private:
     int m_dropRow = -1;
     int m_dragRow = -1;
     bool m_dragging = false;
+    bool m_fixed = false;
     QPoint m_pressedAt;  // all points are in the viewport
     QPoint m_mouseAt;
     QPoint m_hotSpot;           // from the image's corner to the press

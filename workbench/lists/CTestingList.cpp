@@ -5,12 +5,20 @@
 #include "workbench/listtexts.h"
 #include "workbench/roworder.h"
 
+namespace {
+
+constexpr int CheckBoxWidth = 24;  // pixels, with the gap behind it
+
+}  // namespace
+
 void CTestingList::CreateColumns(bool checkBoxes) {
     if (checkBoxes) {
         ShowCheckBoxes();
     }
+    int checkBox = checkBoxes ? CheckBoxWidth : 0;  // of the first column, or names would be cut
     for (const ListColumn& column : SectionColumns()) {
-        InsertColumn(MessageText(column.Heading), column.Width, column.RightAligned);
+        InsertColumn(MessageText(column.Heading), column.Width + checkBox, column.RightAligned);
+        checkBox = 0;
     }
 }
 
@@ -34,6 +42,16 @@ bool CTestingList::Fill(CDbRec& database) {
 
 const _TESTING_DATA* CTestingList::SectionAt(int row) const {
     return row >= 0 && row < m_sections.GetSize() ? &m_sections[row] : nullptr;
+}
+
+CTestingDataArray CTestingList::CheckedSections() const {
+    CTestingDataArray sections;
+    for (int row = 0; row < RowCount(); ++row) {
+        if (const _TESTING_DATA* section = SectionAt(row); section != nullptr && IsChecked(row)) {
+            sections.Add(*section);
+        }
+    }
+    return sections;
 }
 
 void CTestingList::DeleteRow(int row) {

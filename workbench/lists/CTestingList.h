@@ -19,6 +19,8 @@ public:
     // Rows and sections run parallel, but a move leaves the sections where they are, until the next Fill.
     const _TESTING_DATA* SectionAt(int row) const;  // null if there is none
     const _TESTING_DATA* SelectedSection() const { return SectionAt(SelectedRow()); }
+    // From the top down.
+    CTestingDataArray CheckedSections() const;
     void DeleteRow(int row) override;
     void SortByWells();
 
