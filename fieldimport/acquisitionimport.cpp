@@ -122,6 +122,10 @@ bool IsSonarDescription(std::string_view path) {
     return std::string_view(*bytes).substr(0, end).find("dixmlfilename") != std::string_view::npos;
 }
 
+bool HasSonarData(std::string_view) {
+    return false;
+}
+
 bool ImportAcquisition(CDbRec& database, std::string_view path, const CLineSink& sink) {
     if (!database.IsOpen()) {
         return Refuse(2185);

@@ -18,3 +18,6 @@ bool ImportAcquisition(CDbRec& database, std::string_view path, const CLineSink&
 
 // A sonar description names the acquisition description beside it, near its beginning. It isn't imported yet.
 bool IsSonarDescription(std::string_view path);
+
+// Whether a project has profiles of a sonar device. None has any while these can't be imported.
+bool HasSonarData(std::string_view projectPath);

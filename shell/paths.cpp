@@ -4,6 +4,7 @@
 
 #include "shell/CHostFiles.h"
 #include "shell/seams.h"
+#include "shell/textcodec.h"
 
 namespace {
 
@@ -59,6 +60,12 @@ std::string GetFileExtension(std::string_view path) {
     const std::string name = GetFileName(path);
     const std::size_t point = name.rfind('.');
     return point == std::string::npos ? std::string() : name.substr(point + 1);
+}
+
+std::string WithExtension(std::string_view path, std::string_view extension) {
+    const bool has = path.size() >= extension.size() &&
+                     EqualNoCase(path.substr(path.size() - extension.size()), extension);
+    return std::string(path).append(has ? std::string_view() : extension);
 }
 
 std::string GetParentFolder(std::string_view path) {

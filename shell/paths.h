@@ -22,6 +22,8 @@ std::string GetFileName(std::string_view path);
 // The file name without its extension; a point at the first place begins no extension.
 std::string GetFileTitle(std::string_view path);
 std::string GetFileExtension(std::string_view path);  // without the point
+// `extension` with its point; it is appended unless the path ends in it, case ignored.
+std::string WithExtension(std::string_view path, std::string_view extension);
 // With its trailing "\"; empty if the path has no parent. "/" counts as "\".
 std::string GetParentFolder(std::string_view path);
 // "_original" goes before the last point of the whole path, to the front if there is none.

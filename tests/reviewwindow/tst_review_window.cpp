@@ -138,7 +138,7 @@ TEST_F(ReviewWindow, CommandsSayWhatTheyMiss) {
     window.show();
     WaitFor(30);
     Photograph(window, "empty");
-    for (const int id : {1024, 1082, 1021, 1025}) {
+    for (const int id : {1024, 1082, 1021, 1025, 1026}) {
         Folder.Prompts.Expect(2185);
         Press(window, id);
     }
@@ -151,7 +151,7 @@ TEST_F(ReviewWindow, CommandsSayWhatTheyMiss) {
         Folder.Prompts.Expect(2196);
         Press(window, id);
     }
-    for (const int id : {1027, 1026, 1018, 1019}) {
+    for (const int id : {1027, 1018, 1019}) {
         EXPECT_FALSE(IsEnabled(window, id)) << id;
         EXPECT_NE(window.GetDlgItem(id)->toolTip(), "") << id;
     }
@@ -181,6 +181,18 @@ TEST_F(ReviewWindow, TheInspectionTableGoesIntoTheDocuments) {
     EXPECT_TRUE(std::filesystem::is_regular_file(table));
     EXPECT_TRUE(Folder.Prompts.LastText().ends_with(table.string())) << Folder.Prompts.LastText();
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(ReviewWindow, TheWordReportIsAskedForOfTheOpenProject) {
+    CDlgProAtrrib window(Project);
+    window.show();
+    WaitFor(50);
+    InNextDialog([](CSizeDlg& dialog) {
+        EXPECT_EQ(dialog.Item<CTestingList>(Sections)->RowText(1, 1), "Y1 - Y2");
+        PressKey(dialog, Qt::Key_Escape);
+    });
+    Press(window, 1026);
+    EXPECT_TRUE(AllDialogsCame());
 }
 
 TEST_F(ReviewWindow, OnlyTheLastOfABurstOfSelectionsLoadsItsVideo) {

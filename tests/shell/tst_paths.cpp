@@ -35,4 +35,11 @@ TEST(Paths, AreSplitAtBackslashes) {
     }
 }
 
+TEST(Paths, GetTheirExtensionOnce) {
+    EXPECT_EQ(WithExtension("\\a.b\\报告", ".docx"), "\\a.b\\报告.docx");
+    EXPECT_EQ(WithExtension("d:\\报告.doc", ".docx"), "d:\\报告.doc.docx");
+    EXPECT_EQ(WithExtension("报告.DocX", ".docx"), "报告.DocX");
+    EXPECT_EQ(WithExtension("ocx", ".docx"), "ocx.docx");
+}
+
 }  // namespace

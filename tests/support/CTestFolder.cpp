@@ -25,6 +25,17 @@ fs::path MakeRoot() {
 
 }  // namespace
 
+bool CRecordingDesktop::OpenFile(std::string_view path) {
+    Opened.emplace_back(path);
+    return CanOpen;
+}
+
+bool CRecordingDesktop::StartProcess(std::string_view program, const std::vector<std::string>& arguments,
+                                     std::string_view folder) {
+    Started.push_back({std::string(program), arguments, std::string(folder)});
+    return true;
+}
+
 bool CRecordingDesktop::CopyToTrash(std::string_view path) {
     Trashed.push_back(ReadHostFile(HostFiles().HostPath(path)));
     return true;

@@ -15,7 +15,20 @@
 
 class CRecordingDesktop : public CNoDesktop {
 public:
+    struct Process {
+        std::string Program;
+        std::vector<std::string> Arguments;
+        std::string Folder;
+    };
+
+    bool OpenFile(std::string_view path) override;
+    bool StartProcess(std::string_view program, const std::vector<std::string>& arguments,
+                      std::string_view folder) override;
     bool CopyToTrash(std::string_view path) override;
+
+    bool CanOpen = false;  // whether there is a program for files
+    std::vector<std::string> Opened;
+    std::vector<Process> Started;
     std::vector<std::string> Trashed;  // content of the files that went to the trash
 };
 

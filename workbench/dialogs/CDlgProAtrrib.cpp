@@ -15,12 +15,12 @@
 #include "defects/dialogs/CCtrlPic.h"
 #include "defects/dialogs/CPointView.h"
 #include "defects/dialogs/rulermessages.h"
+#include "reports/CRecExport.h"
 #include "shell/CPrompts.h"
 #include "shell/dialogs/CDlgStart.h"
 #include "shell/dialogs/qttext.h"
 #include "shell/language.h"
 #include "shell/textcodec.h"
-#include "store/CDbRec.h"
 #include "workbench/dialogs/reviewcommandtable.h"
 #include "workbench/lists/CDefectList.h"
 #include "workbench/lists/CTestingList.h"
@@ -238,7 +238,7 @@ void CDlgProAtrrib::ShowEmptyTexts() {
 }
 
 bool CDlgProAtrrib::OpenProject(std::string_view path) {
-    auto database = std::make_unique<CDbRec>();
+    auto database = std::make_unique<CRecExport>();
     _PRO_DATA project;
     if (!database->OpenDatabase(path, CDbPassword) || !database->ReadAttrib(project)) {
         return false;

@@ -16,9 +16,9 @@
 
 class CButtonST;
 class CCtrlPic;
-class CDbRec;
 class CDefectList;
 class CPointView;
+class CRecExport;
 class CTestingList;
 class CWMPPlayer4;
 class QSplitter;
@@ -84,6 +84,7 @@ private:
     void OnProjectProperties();
     void OnImportXml();
     void OnExportExcel();
+    void OnExportWord();
     void OnSettings();
     void OnAbout();
     void OnNewSections();
@@ -100,7 +101,7 @@ private:
     void OnSectionMenu(const QPoint& at);
     void Renumber();
 
-    std::unique_ptr<CDbRec> m_database;  // null without a project
+    std::unique_ptr<CRecExport> m_database;  // null without a project
     std::string m_projectPath;
     std::string m_projectName;
     std::string m_criterionName;

@@ -8,6 +8,8 @@
 #include "defects/dialogs/CCtrlPic.h"
 #include "defects/dialogs/defectcommands.h"
 #include "fieldimport/acquisitionimport.h"
+#include "reports/CRecExport.h"
+#include "reports/dialogs/CDlgExport.h"
 #include "reports/excel/excelexport.h"
 #include "shell/CPrompts.h"
 #include "shell/dialogs/CDlgAbout.h"
@@ -16,7 +18,6 @@
 #include "shell/dialogs/CWaitCursor.h"
 #include "shell/dialogs/qttext.h"
 #include "shell/seams.h"
-#include "store/CDbRec.h"
 #include "store/catalogue.h"
 #include "store/dialogs/CDlgNewPro.h"
 #include "store/dialogs/CDlgNewTesting.h"
@@ -40,7 +41,7 @@ const std::vector<CDlgProAtrrib::Command>& CDlgProAtrrib::Commands() {
         {1082, &CDlgProAtrrib::OnImportXml},
         {1027, nullptr},
         {1025, &CDlgProAtrrib::OnExportExcel},
-        {1026, nullptr},
+        {1026, &CDlgProAtrrib::OnExportWord},
         {1018, nullptr},
         {1019, nullptr},
         {1081, &CDlgProAtrrib::OnSettings},
@@ -170,6 +171,14 @@ void CDlgProAtrrib::OnExportExcel() {
     }
     if (!path.empty()) {
         OpenInspectionTable(path);
+    }
+}
+
+void CDlgProAtrrib::OnExportWord() {
+    if (HasSonarData(m_projectPath)) {
+        ShowMessage(MessageNoSonarReport);
+    } else if (NeedProject()) {
+        (void)CDlgExport(*m_database, this).DoModal();
     }
 }
 

@@ -36,5 +36,6 @@ inline constexpr int MessageCopying = 3058;
 inline constexpr int MessageSortByWells = 3059;
 inline constexpr int MessageNoVideo = 3082;
 inline constexpr int MessageSonarNotBuilt = 3083;
+inline constexpr int MessageNoSonarReport = 3230;
 inline constexpr int MessageSectionList = 3080;
 inline constexpr int MessageDefectList = 3081;

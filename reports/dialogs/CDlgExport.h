@@ -1,0 +1,60 @@
+// Makes the Word report of a project: which sections, and the parameters of region and soil that its standard
+// scores with. The standard decides the lists offered, and whether the report is written here or by the
+// generator of documents. A project of an unknown standard closes the window before it comes up.
+//
+// What is made blocks the window; its status line tells where the work stands.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "shell/dialogs/CSizeDlg.h"
+#include "store/records/records.h"
+
+class CRecExport;
+class CTestingList;
+class QCheckBox;
+class QComboBox;
+class QGridLayout;
+class QLabel;
+struct ReportLists;
+
+class CDlgExport : public CSizeDlg {
+public:
+    // The project is open and outlives the window.
+    explicit CDlgExport(CRecExport& project, QWidget* parent = nullptr);
+
+protected:
+    void OnInitDialog() override;
+    void OnOK() override;
+    void OnCancel() override;
+    void OnTimer(int id) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    class CRunning;
+
+    QComboBox* AddParameter(QGridLayout& grid, int labelId, const char* label, int id);
+    void FillParameters();
+    void FillSections();
+    int TickedRows() const;
+    void ShowTicked();
+    void ShowStatus(const std::string& text);
+    // Each tells whether the window may close.
+    bool Export();
+    bool WriteReport(const ReportLists& lists);
+    bool RunGenerator();
+    static bool AskToReplace(const std::string& path);
+
+    CRecExport& m_project;
+    _PRO_DATA m_attributes;
+    bool m_useGenerator = false;
+    bool m_running = false;
+
+    CTestingList* m_sections;
+    QCheckBox* m_all;  // ticks and clears all rows; in between while only some are ticked
+    QComboBox* m_region = nullptr;
+    QComboBox* m_soil = nullptr;
+    QComboBox* m_load = nullptr;  // no standard has rows for it
+    QLabel* m_status;
+};
