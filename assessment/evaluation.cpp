@@ -226,16 +226,14 @@ void FillFullLevels(_EVALUATE_DATA& result) {
     const int conditionJG = ConditionBand(result.conditionJG);
     result.levelJG = LoadMessage(FullLabels + conditionJG);
     result.levelDescJG = LoadMessage(FullConditionTextsJG + conditionJG);
-    const int repairJG = RepairBand(result.riJG);
-    result.riLevelJG = LoadMessage(FullLabels + repairJG);
-    result.EvaluatethisJG = LoadMessage(FullRepairTextsJG + repairJG);
+    result.riLevelJG = FullIndexLevel(result.riJG);
+    result.EvaluatethisJG = LoadMessage(FullRepairTextsJG + RepairBand(result.riJG));
 
     const int conditionGN = ConditionBand(result.conditionGN);
     result.levelGN = LoadMessage(FullLabels + conditionGN);
     result.levelDescGN = LoadMessage(FullConditionTextsGN + conditionGN);
-    const int repairGN = RepairBand(result.riGN);
-    result.riLevelGN = LoadMessage(FullLabels + repairGN);
-    result.EvaluatethisGN = LoadMessage(FullRepairTextsGN + repairGN);
+    result.riLevelGN = FullIndexLevel(result.riGN);
+    result.EvaluatethisGN = LoadMessage(FullRepairTextsGN + RepairBand(result.riGN));
 }
 
 void FillDensityLevels(_EVALUATE_DATA& result, const DensityTexts& texts) {
@@ -316,6 +314,10 @@ const EvaluationField FieldTable[] = {
 };
 
 }  // namespace
+
+std::string FullIndexLevel(float index) {
+    return LoadMessage(FullLabels + RepairBand(index));
+}
 
 int EvaluateSection(_EVALUATE_DATA& result, const CRecDataArray& records, float L, float D, float K,
                     float T) {

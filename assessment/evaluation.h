@@ -58,6 +58,9 @@ int EvaluateSectionGZ(_EVALUATE_DATA& result, const CRecDataArray& records, floa
 int EvaluateSectionSH(_EVALUATE_DATA& result, const CRecDataArray& records, float L, float D, float K,
                       float T);
 
+// The level, best to worst, of a repair or maintenance index under full scoring.
+std::string FullIndexLevel(float index);
+
 struct EvaluationField {
     const char* Name;
     std::variant<std::uint32_t _EVALUATE_DATA::*, std::int32_t _EVALUATE_DATA::*, float _EVALUATE_DATA::*,

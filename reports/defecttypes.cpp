@@ -8,13 +8,6 @@
 
 namespace {
 
-struct DefectType {
-    const char* Code;
-    const char* Outer;
-    const char* Inner;
-    const char* Label;
-};
-
 // The spelling of the one inner element is part of the format.
 constexpr DefectType DefectTypes[] = {
     {"PL", "defeatPLS", "defeatPL", "破裂"},         {"BX", "defeatBXS", "defeatBX", "变形"},
@@ -56,6 +49,10 @@ std::string MostFrequent(const std::vector<int>& sums) {
 }
 
 }  // namespace
+
+std::span<const DefectType> KnownDefectTypes() {
+    return DefectTypes;
+}
 
 DefectTally TallyDefects(const ReportRecords& records, std::size_t codes) {
     DefectTally tally(codes, GradeCounts{});

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,16 @@ inline constexpr std::size_t Grades = 4;
 // By place in the report's code list; index 0 being grade 1.
 using GradeCounts = std::array<int, Grades>;
 using DefectTally = std::vector<GradeCounts>;
+
+// A defect that the data file knows by name.
+struct DefectType {
+    const char* Code;
+    const char* Outer;  // its elements
+    const char* Inner;
+    const char* Label;
+};
+// The sixteen.
+std::span<const DefectType> KnownDefectTypes();
 
 // Stops for good at the first record whose grade is none of 1 to 4, such as that of a manhole: what stands
 // behind it is in no count. Reports made over the years count this way.
