@@ -3,11 +3,11 @@
 
 A source is an XML file of these elements; lengths are millimetres.
 
-  report title standard   the whole; {title} and {standard} in any text stand for these
+  report title standard   the whole; {title} and {standard} in any text stand for these, as do all attributes
   include file            the content of another source
-  cover, title, subtitle, h1, h2, p, note     paragraphs; h1 page="yes" begins a page
+  cover, title, subtitle, h1, h2, p, note     paragraphs; h1 page="yes" begins a page, an empty note isn't there
   field bookmark          in p or cell: a text with a bookmark around it
-  landscape               pages across, with what is in it
+  landscape               pages across, with what is in it; one that follows another goes on in it
   table bookmark widths   look: "grid" (default) or "lines" (for the cover); keep="yes" keeps it on one page
     row                   head="yes" repeats on each page; height; keep="yes" stays with the next row
       cell                look: "text" (default), "left", "head", "label"; span; merge: "first" or "next" of
@@ -45,12 +45,13 @@ def twips(mm):
 
 class Template:
     def __init__(self, root, folder):
-        self.values = {name: root.get(name) for name in ("title", "standard")}
+        self.values = dict(root.attrib)
         self.folder = folder
         self.body = []
         self.bookmarks = set()
         self.pictures = []
         self.first_section = True
+        self.across_end = None  # the paragraph that ends the last landscape
 
     # Texts and bookmarks
 
@@ -202,9 +203,14 @@ class Template:
             if element.tag == "include":
                 self.fill(ElementTree.parse(self.folder / element.get("file")).getroot())
             elif element.tag == "landscape":
-                self.end_section(False)
+                if self.across_end is not None and self.body[-1] is self.across_end:
+                    self.body.pop()
+                    self.body.append(self.paragraph("Gap", ""))
+                else:
+                    self.end_section(False)
                 self.fill(element)
                 self.end_section(True)
+                self.across_end = self.body[-1]
             elif element.tag == "table":
                 self.table(element)
             elif element.tag == "picture":
@@ -213,8 +219,11 @@ class Template:
                 self.body.append(self.paragraph(
                     "Picture", self.mark(element.get("bookmark"), self.run(self.text(element.text)))))
             elif element.tag in styles:
+                content = self.inline(element)
+                if element.tag == "note" and not content:
+                    continue
                 page = "<w:pageBreakBefore/>" if element.get("page") == "yes" else ""
-                self.body.append(self.paragraph(styles[element.tag], self.inline(element), page))
+                self.body.append(self.paragraph(styles[element.tag], content, page))
             else:
                 raise SystemExit(f"unknown element {element.tag}")
 

@@ -123,7 +123,9 @@ TEST_P(Template, HasTheLayoutThatReportsFill) {
         tables["tblPrjData"] = Headed(Same(5, 4), {2});
         tables["tblDefect"] = Headed({3, 7}, Same(17, 7));
         tables["tblDefectTesting"] = Same(2, 12);
-        tables["tblEvaluateDefects"] = Same(2, 6);
+        tables["tblEvaluateDefects"] = Same(2, 12);
+        tables["tblSectionData"] = Same(2, 16);
+        tables["tblSummary"] = Same(2, 6);
         texts.insert(texts.end(), {"txtEvaluateSummary", "txtDefectSummary", "txtMostFrequent"});
     }
     for (const auto& [bookmark, rows] : tables) {
@@ -151,7 +153,7 @@ TEST_P(Template, HasTheLayoutThatReportsFill) {
     const std::string xml = PartsOf(m_folder.ReadFile(Name(".dotx")))["word/document.xml"];
     EXPECT_EQ(CountOf(xml, R"(orient="landscape")"), std::string(name) == "CQ" ? 2 : 1);
     // One or two rows of each table that has a head.
-    EXPECT_EQ(CountOf(xml, "<w:tblHeader/>"), std::string(name) == "CQ" ? 16 : full ? 14 : 7);
+    EXPECT_EQ(CountOf(xml, "<w:tblHeader/>"), std::string(name) == "CQ" ? 17 : full ? 14 : 7);
 }
 
 void Template::Fill(const std::string& name, const std::string& target) {
