@@ -1,4 +1,4 @@
-"""Prints what a workbook's first sheet holds, as JSON, by the eyes of another reader than the one who wrote it."""
+"""Prints as JSON what the first sheet of a workbook holds, as a reader sees it who hasn't written it."""
 import json
 import sys
 
