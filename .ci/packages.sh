@@ -11,7 +11,7 @@ packages=(
     qt6-base-dev qt6-svg-dev libgl-dev libmpv-dev    # windows
     libgtest-dev libbenchmark-dev                    # tests and timings
     xvfb xauth fonts-noto-cjk                        # windows without a display, Chinese texts
-    python3-openpyxl python3-docx                    # documents as others read them: tests, and a benchmark's peer
+    python3-openpyxl python3-docx                    # documents as others read and write them
     libreoffice-writer-nogui libreoffice-calc-nogui  # likewise, and templates that users restyle with it
     ffmpeg python3                                   # demo job and test scripts
 )
