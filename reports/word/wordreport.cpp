@@ -70,12 +70,12 @@ WordReport MakeReport(const ReportLists& lists, const std::string& criterionName
         return {};
     }
     Tell(status, 2159);
-    WordReport made;
-    made.Complete = AddCharts(report, lists);
+    const bool complete = AddCharts(report, lists);
+    WordReport made{save(report.Document()), false};
+    made.Complete = complete && !made.Path.empty();
     if (made.Complete) {
         Tell(status, 2160);
     }
-    made.Path = save(report.Document());
     return made;
 }
 

@@ -31,7 +31,7 @@ std::string GetMapPicturePath();
 
 struct WordReport {
     std::string Path;       // empty if there is no document; a message was shown
-    bool Complete = false;  // not if a chart failed, whose message was shown: the document lacks it
+    bool Complete = false;  // there is a document, and no chart failed; one that did has told its message
 };
 
 // Fills the template of the standard and writes the document among those of the operator, under the project's

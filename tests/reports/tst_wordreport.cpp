@@ -170,7 +170,9 @@ TEST_F(WordReports, GoIntoTheDocumentsOrAreToldNotTo) {
     fs::create_symlink("/dev/full", m_folder.Host("full.docx"));
     for (const char* target : {"full.docx", "none/r.docx"}) {
         m_folder.Prompts.Expect(3251);
-        EXPECT_EQ(WriteWordReportTo(m_folder.Path(target), m_lists, LoadMessage(2150), {}).Path, "");
+        const WordReport lost = WriteWordReportTo(m_folder.Path(target), m_lists, LoadMessage(2150), {});
+        EXPECT_EQ(lost.Path, "");
+        EXPECT_FALSE(lost.Complete);
     }
     m_folder.WriteFile("GB.dotx", MakeDocument("<w:p/>"));
     m_folder.Prompts.Expect(3250);
