@@ -1,7 +1,9 @@
 #include "apps/cli/commands.h"
 
+#include <filesystem>
 #include <stdexcept>
 
+#include "apps/cli/CArguments.h"
 #include "shell/CHostFiles.h"
 #include "shell/programfolder.h"
 #include "shell/seams.h"
@@ -15,6 +17,16 @@ constexpr std::size_t MaxInputSize = 1u << 30;
 
 std::string PathArgument(const CommandContext& context, const std::string& argument) {
     return PathFromArgument(context.StartFolder, argument);
+}
+
+std::string TargetArgument(const CommandContext& context, const std::string& argument,
+                           const std::string& projectArgument) {
+    std::error_code error;  // of a target that isn't there yet
+    if (std::filesystem::equivalent(HostArgument(context, argument), HostArgument(context, projectArgument),
+                                    error)) {
+        throw CUsageError("the result can't take the project's place");
+    }
+    return PathArgument(context, argument);
 }
 
 std::string HostArgument(const CommandContext& context, const std::string& argument) {

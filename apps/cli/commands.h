@@ -56,6 +56,10 @@ int RunExportWord(const CommandContext& context);
 
 // An absolute path text from an argument: "/a/b", "a/b", "\a\b" and "D:\a" are all taken.
 std::string PathArgument(const CommandContext& context, const std::string& argument);
+// The same for a file to be written, which the open project's may not be by whatever name: throws
+// CUsageError.
+std::string TargetArgument(const CommandContext& context, const std::string& argument,
+                           const std::string& projectArgument);
 // The same as a path of this machine.
 std::string HostArgument(const CommandContext& context, const std::string& argument);
 // A path of the program's own, as it is shown to the user of a shell.

@@ -11,13 +11,11 @@ int RunExportExcel(const CommandContext& context) {
     arguments.ExpectPlaces(1, 1);
     const std::string& project = arguments.Places().front();
     const auto file = arguments.Get("-o");
-    if (file && HostArgument(context, *file) == HostArgument(context, project)) {
-        throw CUsageError("the table can't take the project's place");
-    }
+    const std::string target = file ? TargetArgument(context, *file, project) : std::string();
     CDbRec database;
     OpenProject(database, context, project);
     if (file) {
-        return WriteInspectionTable(database, PathArgument(context, *file)) ? 0 : 1;
+        return WriteInspectionTable(database, target) ? 0 : 1;
     }
     const std::string path = ExportInspectionTable(database);
     if (path.empty()) {

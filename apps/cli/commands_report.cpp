@@ -21,11 +21,7 @@ void Begin(const CommandContext& context, ReportJob& job) {
     const CArguments arguments(context.Words, {"--k", "--t", "--sections", "-o"}, {});
     arguments.ExpectPlaces(1, 1);
     const std::string& project = arguments.Places().front();
-    const std::string target = arguments.Require("-o");
-    if (HostArgument(context, target) == HostArgument(context, project)) {
-        throw CUsageError("the report can't take the project's place");
-    }
-    job.Target = PathArgument(context, target);
+    job.Target = TargetArgument(context, arguments.Require("-o"), project);
     OpenProject(job.Project, context, project);
     job.Choice = ChooseAssessment(context, arguments, job.Project, 2158);
 }

@@ -8,7 +8,6 @@
 #include "apps/docxgenerator/extratables.h"
 #include "reports/ooxml/COoxmlError.h"
 #include "reports/word/CExportWord.h"
-#include "reports/word/wordreport.h"
 #include "shell/CHostFiles.h"
 #include "shell/CPrompts.h"
 #include "shell/CStreamPrompts.h"
@@ -48,11 +47,20 @@ bool AddCharts(CExportWord& report, const ReportLists& lists) {
            (report.CopyLevelChart(lists.DefectCountsByLevel) && report.PasteChart("chartLevelCount"));
 }
 
-bool WriteReport(const CConfigFile& config, const std::string& target) {
+// The picture that was saved with the data file; one that is older was left by another report.
+std::string FindMap(const std::string& dataFile) {
+    std::string map = GetParentFolder(dataFile) + "_map.png";
+    std::error_code error;
+    const auto saved = std::filesystem::last_write_time(HostFiles().HostPath(map), error);
+    return !error && saved >= std::filesystem::last_write_time(HostFiles().HostPath(dataFile), error)
+               ? map
+               : std::string();
+}
+
+bool WriteReport(const CConfigFile& config, const std::string& map, const std::string& target) {
     const ReportLists lists = ListsFromConfig(config);
     CExportWord report;
-    if (!report.OpenDocument(GetAppFolder() + "CQ.dotx") ||
-        !report.FillDocument(lists, GetMapPicturePath(), true, {})) {
+    if (!report.OpenDocument(GetAppFolder() + "CQ.dotx") || !report.FillDocument(lists, map, true, {})) {
         return false;
     }
     try {
@@ -79,7 +87,7 @@ bool MakeReport(const std::string& dataFile, const std::string& target) {
         return false;
     }
     try {
-        return WriteReport(CConfigFile(*bytes), target);
+        return WriteReport(CConfigFile(*bytes), FindMap(dataFile), target);
     } catch (const CConfigError& error) {
         ShowError(MessageBadDataFile, HostFiles().HostPath(dataFile) + ": " + error.what());
         return false;

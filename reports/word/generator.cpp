@@ -9,6 +9,7 @@
 
 #include "assessment/standards.h"
 #include "reports/CRecExport.h"
+#include "reports/word/wordreport.h"
 #include "shell/CDesktop.h"
 #include "shell/CHostFiles.h"
 #include "shell/CPrompts.h"
@@ -19,6 +20,8 @@ namespace {
 
 constexpr int MessageNoDataFile = 3253;
 constexpr int MessageNotStarted = 3254;
+constexpr int MessageFailed = 3255;
+constexpr std::size_t LargestMap = 64U << 20U;
 
 std::string GeneratorFolder() {
     return GetAppFolder() + "word\\";
@@ -30,9 +33,15 @@ std::string GeneratorPath() {
 
 bool SaveData(const CRecExport& project) {
     const std::string path = GeneratorFolder() + "config.xml";
+    const std::string map = GeneratorFolder() + "_map.png";
+    (void)HostFiles().DeleteFile(map);
     if (!project.SaveReport(path)) {
         ShowMessage(MessageNoDataFile, "\n" + HostFiles().HostPath(path));
         return false;
+    }
+    // After the data file: a picture older than that belongs to another one.
+    if (const auto picture = HostFiles().ReadFile(GetMapPicturePath(), LargestMap)) {
+        (void)HostFiles().WriteFile(map, *picture);
     }
     return true;
 }
@@ -51,8 +60,9 @@ bool StartGenerator(const CRecExport& project, std::string_view documentPath) {
     if (!SaveData(project)) {
         return false;
     }
+    const auto failed = [](const std::string& told) { ShowMessage(MessageFailed, "\n" + told); };
     if (!Desktop().StartProcess(GeneratorPath(), {"-o", HostFiles().HostPath(documentPath)},
-                                GeneratorFolder())) {
+                                GeneratorFolder(), failed)) {
         ShowNotStarted();
         return false;
     }

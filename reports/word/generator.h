@@ -1,5 +1,6 @@
 // Some standards have their document made by a program of its own, "word\DocxGenerator" in the program
-// folder, from the data file "config.xml" beside it.
+// folder, from the data file "config.xml" beside it and the map picture "_map.png", if there is one that is
+// no older.
 #pragma once
 
 #include <string>
@@ -12,7 +13,7 @@ bool UsesGenerator(std::string_view criterionName);
 // Both save the report that was gathered as the data file first; a message is shown if that fails or if the
 // generator can't be started. `documentPath` is a path text.
 
-// Doesn't wait: the generator may take its time, and whatever it has to tell, it tells on standard error.
+// Doesn't wait: the generator may take its time. If it fails while the program still runs, a message comes.
 bool StartGenerator(const CRecExport& project, std::string_view documentPath);
 // Waits for it and gives its exit code, 0 for a document that is done. What ends it otherwise counts as 1.
 int RunGenerator(const CRecExport& project, std::string_view documentPath);

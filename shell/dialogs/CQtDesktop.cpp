@@ -1,5 +1,6 @@
 #include "shell/dialogs/CQtDesktop.h"
 
+#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDateTime>
@@ -7,11 +8,13 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QProcess>
 #include <QStandardPaths>
+#include <QTimer>
 #include <QUrl>
+#include <memory>
 
 #include "shell/CHostFiles.h"
+#include "shell/dialogs/CWatchedProcess.h"
 #include "shell/dialogs/qttext.h"
 #include "shell/seams.h"
 
@@ -46,12 +49,28 @@ bool CQtDesktop::ShowInFolder(std::string_view path) {
 }
 
 bool CQtDesktop::StartProcess(std::string_view program, const std::vector<std::string>& arguments,
-                              std::string_view folder) {
-    QStringList list;
-    for (const std::string& argument : arguments) {
-        list << ToQt(argument);
+                              std::string_view folder,
+                              const std::function<void(const std::string&)>& failed) {
+    const auto process = std::make_shared<CWatchedProcess>(HostFiles().HostPath(program), arguments,
+                                                           HostFiles().HostPath(folder));
+    if (!process->IsStarted()) {
+        return false;
     }
-    return QProcess::startDetached(HostName(program), list, HostName(folder));
+    auto* timer = new QTimer(QCoreApplication::instance());
+    QObject::connect(timer, &QTimer::timeout, timer, [timer, process, failed] {
+        if (!process->HasEnded()) {
+            return;
+        }
+        // Before anything is shown: a box runs the event loop, and with it this timer.
+        timer->stop();
+        timer->deleteLater();
+        if (process->Failed()) {
+            failed(process->Told());
+        }
+    });
+    constexpr int EachMilliseconds = 200;
+    timer->start(EachMilliseconds);
+    return true;
 }
 
 // By the desktop's rules for the trash: a file among `files`, and beside it where it came from. The info

@@ -13,6 +13,7 @@
 #include <filesystem>
 
 #include "shell/CHostFiles.h"
+#include "shell/CSpawnSettings.h"
 #include "shell/numbers.h"
 #include "shell/paths.h"
 #include "shell/programfolder.h"
@@ -39,23 +40,6 @@ std::string FindReader() {
     }
     return HostFiles().HostPath(GetAppFolder() + ReaderName);
 }
-
-class CSpawnSettings {
-public:
-    CSpawnSettings() {
-        posix_spawn_file_actions_init(&Actions);
-        posix_spawnattr_init(&Attributes);
-    }
-    ~CSpawnSettings() {
-        posix_spawn_file_actions_destroy(&Actions);
-        posix_spawnattr_destroy(&Attributes);
-    }
-    CSpawnSettings(const CSpawnSettings&) = delete;
-    CSpawnSettings& operator=(const CSpawnSettings&) = delete;
-
-    posix_spawn_file_actions_t Actions{};
-    posix_spawnattr_t Attributes{};
-};
 
 }  // namespace
 

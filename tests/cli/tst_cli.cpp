@@ -175,6 +175,37 @@ TEST_F(Cli, WritesTheDataSetOfTheChosenSections) {
     EXPECT_EQ(m_folder.ReadFile("out.xml"), written);
 }
 
+TEST_F(Cli, MakesTheWordReportOfTheStandard) {
+    const auto project = [&](const char* standard, const Json& records) {
+        return Load(NewProject(standard), {{"sections", {Section("W1", "W2", records)}}});
+    };
+    const auto make = [&](const std::string& from, const char* name) {
+        return Run({"export-word", from, "-o", m_folder.Host(name).string()});
+    };
+    const Json defects = Json::array({Defect("PL", 3, 5, 5)});
+    const std::string national = project(National, defects);
+    EXPECT_EQ(make(national, "national.docx"), 0) << Err();
+    EXPECT_TRUE(m_folder.ReadFile("national.docx").starts_with("PK"));
+    // Without a defect there is no chart; what could be made is kept.
+    EXPECT_EQ(make(project(Shanghai, Json::array()), "shanghai.docx"), 1);
+    EXPECT_TRUE(m_folder.ReadFile("shanghai.docx").starts_with("PK"));
+
+    const std::string generated = project("重庆规范", defects);
+    EXPECT_EQ(make(generated, "generated.docx"), 0) << Err();
+    EXPECT_TRUE(m_folder.ReadFile("generated.docx").starts_with("PK"));
+    EXPECT_EQ(make(generated, "none/generated.docx"), 1);
+    std::filesystem::remove(m_folder.Host("word/DocxGenerator"));
+    EXPECT_EQ(make(generated, "other.docx"), 1);
+    EXPECT_FALSE(std::filesystem::exists(m_folder.Host("other.docx")));
+
+    // The project under another name is still the project.
+    std::filesystem::create_symlink(national, m_folder.Host("link.docx"));
+    for (const char* command : {"export-word", "export-excel", "dataset"}) {
+        EXPECT_EQ(Run({command, national, "-o", m_folder.Host("link.docx").string()}), 2) << command;
+    }
+    EXPECT_EQ(Run({"sections", national}), 0) << Err();
+}
+
 TEST_F(Cli, EditsWhatAnUpdateWritesAndNothingElse) {
     const std::string project =
         Load(NewProject(), {{"sections", {Section("W1", "W2", Json::array({Defect("PL", 2, 10, 12)}))}}});

@@ -31,7 +31,8 @@ bool CRecordingDesktop::OpenFile(std::string_view path) {
 }
 
 bool CRecordingDesktop::StartProcess(std::string_view program, const std::vector<std::string>& arguments,
-                                     std::string_view folder) {
+                                     std::string_view folder,
+                                     const std::function<void(const std::string&)>&) {
     Started.push_back({std::string(program), arguments, std::string(folder)});
     return true;
 }
