@@ -14,8 +14,6 @@
 #include "reports/ooxml/CDocx.h"
 #include "reports/reportlists.h"
 
-class CUnixFile;
-
 // Takes a line of text that tells where the report stands.
 using StatusLine = std::function<void(const std::string&)>;
 

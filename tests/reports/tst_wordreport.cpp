@@ -7,7 +7,6 @@
 #include <cctype>
 #include <filesystem>
 
-#include "reports/word/generator.h"
 #include "reports/word/wordreport.h"
 #include "shell/language.h"
 #include "shell/temporaryfolder.h"
