@@ -73,7 +73,7 @@ std::string MakeBitmap(int width, int height, int colour) {
     }
     return "BM" + number(54 + static_cast<int>(pixels.size()), 4) + number(0, 4) + number(54, 4) +
            number(40, 4) + number(width, 4) + number(height, 4) + number(1, 2) + number(24, 2) +
-           number(0, 4) + number(static_cast<int>(pixels.size()), 4) + number(0, 16) + pixels;
+           number(0, 4) + number(static_cast<int>(pixels.size()), 4) + std::string(16, '\0') + pixels;
 }
 
 std::string FindWordProcessor() {
