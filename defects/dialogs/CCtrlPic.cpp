@@ -3,11 +3,15 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <iterator>
+#include <utility>
 
+#include "defects/canvasmarks.h"
 #include "defects/dialogs/CNewDefectNameDlg.h"
-#include "defects/dialogs/paintannotations.h"
+#include "defects/dialogs/paintmarks.h"
 #include "defects/dialogs/pictures.h"
 #include "shell/CHostFiles.h"
 #include "shell/dialogs/qttext.h"
@@ -55,8 +59,7 @@ bool CCtrlPic::ShowPicture(std::string_view path) {
 
 void CCtrlPic::ClearPicture() {
     m_image = QImage();
-    m_scaled = QImage();
-    m_above = QImage();
+    ClearLayers();
     m_path.clear();
     Changed();
 }
@@ -103,10 +106,13 @@ void CCtrlPic::BakeToFile() {
     if (!HasPicture() || size().isEmpty() || IsWriteProtected(m_path)) {
         return;
     }
-    QImage baked = Scaled(size());
+    QImage baked = m_ground.size() == size() ? m_ground : Stretched(size());
+    baked.setDevicePixelRatio(1.0);
+    const CanvasMarks marks = MarksOf(m_annotations);
     QPainter painter(&baked);
-    PaintAnnotations(painter, m_annotations, AnnotationLayer::Below, size());
-    PaintAnnotations(painter, m_annotations, AnnotationLayer::Top, size());
+    for (const auto* part : {&marks.Below, &marks.Above, &marks.Top}) {
+        PaintMarks(painter, *part, size());
+    }
     painter.end();
     const std::string bytes = EncodePicture(baked, m_path);
     if (!bytes.empty()) {
@@ -129,45 +135,65 @@ void CCtrlPic::paintEvent(QPaintEvent*) {
         return;
     }
     m_annotations.RenewScale();
-    PrepareLayers();
-    painter.drawImage(0, 0, m_below);
-    PaintAnnotations(painter, m_annotations, AnnotationLayer::InHand, size());
-    if (!m_above.isNull()) {
-        painter.drawImage(0, 0, m_above);
+    CanvasMarks marks = MarksOf(m_annotations);
+    PrepareGround();
+    const bool parted = !marks.Above.empty();
+    if (parted) {
+        m_below.Update(m_ground, 0, marks.Below, size());
+        PrepareAbove(marks.Above);
+    } else {
+        m_below.Clear();
+        m_above = QImage();
+        m_aboveMarks.clear();
     }
-    PaintAnnotations(painter, m_annotations, AnnotationLayer::Top, size());
+    if (parted && m_annotations.HasCapture()) {
+        painter.drawImage(0, 0, m_below.Image());
+        PaintMarks(painter, marks.InHand, size());
+        painter.drawImage(0, 0, m_above);
+    } else {
+        const std::size_t inGround = parted ? marks.Below.size() : 0;
+        std::ranges::move(marks.Above, std::back_inserter(marks.Below));
+        m_standing.Update(parted ? m_below.Image() : m_ground, inGround, std::move(marks.Below), size());
+        painter.drawImage(0, 0, m_standing.Image());
+        PaintMarks(painter, marks.InHand, size());
+    }
+    PaintMarks(painter, marks.Top, size());
 }
 
-void CCtrlPic::PrepareLayers() {
+void CCtrlPic::PrepareGround() {
     const double ratio = devicePixelRatioF();
     const QSize pixels(static_cast<int>(std::ceil(width() * ratio)),
                        static_cast<int>(std::ceil(height() * ratio)));
-    if (m_below.size() == pixels && m_below.devicePixelRatio() == ratio && m_layerScale == MmPerPixel) {
-        return;
-    }
-    m_layerScale = MmPerPixel;
-    m_below = Scaled(pixels);
-    m_below.setDevicePixelRatio(ratio);
-    QPainter below(&m_below);
-    PaintAnnotations(below, m_annotations, AnnotationLayer::Below, size());
-    m_above = QImage();
-    if (m_annotations.HasCapture()) {
-        QImage above(pixels, QImage::Format_ARGB32_Premultiplied);
-        above.setDevicePixelRatio(ratio);
-        above.fill(Qt::transparent);
-        QPainter painter(&above);
-        if (PaintAnnotations(painter, m_annotations, AnnotationLayer::Above, size())) {
-            painter.end();
-            m_above = above;
-        }
+    if (m_ground.size() != pixels || m_ground.devicePixelRatio() != ratio) {
+        ClearLayers();
+        m_ground = Stretched(pixels);
+        m_ground.setDevicePixelRatio(ratio);
     }
 }
 
-const QImage& CCtrlPic::Scaled(QSize pixels) {
-    if (m_scaled.size() != pixels) {
-        m_scaled = m_image.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+void CCtrlPic::PrepareAbove(const std::vector<CanvasMark>& marks) {
+    if (!m_above.isNull() && m_aboveMarks == marks) {
+        return;
     }
-    return m_scaled;
+    m_above = QImage(m_ground.size(), QImage::Format_ARGB32_Premultiplied);
+    m_above.setDevicePixelRatio(m_ground.devicePixelRatio());
+    m_above.fill(Qt::transparent);
+    QPainter painter(&m_above);
+    PaintMarks(painter, marks, size());
+    m_aboveMarks = marks;
+}
+
+void CCtrlPic::ClearLayers() {
+    m_ground = QImage();
+    m_standing.Clear();
+    m_below.Clear();
+    m_above = QImage();
+    m_aboveMarks.clear();
+}
+
+QImage CCtrlPic::Stretched(QSize pixels) const {
+    return m_image.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+        .convertToFormat(QImage::Format_RGB32);
 }
 
 void CCtrlPic::hideEvent(QHideEvent* event) {
@@ -196,8 +222,8 @@ void CCtrlPic::mouseMoveEvent(QMouseEvent* event) {
     // Without the button the release has gone elsewhere.
     if ((event->buttons() & Qt::LeftButton) == 0) {
         Changed(m_annotations.LoseCapture());
-    } else if (m_annotations.Move(PointOf(*event))) {
-        update();  // the layers stand
+    } else {
+        Changed(m_annotations.Move(PointOf(*event)));
     }
 }
 
@@ -213,7 +239,6 @@ void CCtrlPic::mouseReleaseEvent(QMouseEvent* event) {
 
 void CCtrlPic::Changed(bool changed) {
     if (changed) {
-        m_below = QImage();
         update();
     }
 }

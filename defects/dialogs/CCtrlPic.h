@@ -10,8 +10,10 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "defects/CAnnotations.h"
+#include "defects/dialogs/CMarkLayer.h"
 
 class CCtrlPic : public QWidget {
 public:
@@ -55,20 +57,23 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
-    // What stands, apart from the shape in hand, looks different.
     void Changed(bool changed = true);
     void AskText();
-    void PrepareLayers();
-    // The picture stretched to so many pixels of a device. Kept until another size is asked for.
-    const QImage& Scaled(QSize pixels);
+    void PrepareGround();
+    void PrepareAbove(const std::vector<CanvasMark>& marks);
+    void ClearLayers();
+    QImage Stretched(QSize pixels) const;
 
     QImage m_image;
-    QImage m_scaled;
-    // Picture and annotations that don't change while the mouse draws; in the pixels of the device. Null
-    // when they have to be made anew, or have nothing in them.
-    QImage m_below;
+    // In the pixels of the device, and made anew when their number changes. What is painted on them follows
+    // from the annotations at each frame, so that nothing has to tell them of a change.
+    QImage m_ground;        // the picture stretched
+    CMarkLayer m_standing;  // with all that stands
+    // What lies below the shape in hand and what lies above it. Null if the tool's shapes lie above all
+    // others.
+    CMarkLayer m_below;
     QImage m_above;
-    float m_layerScale = 0.0F;  // MmPerPixel when they were made
+    std::vector<CanvasMark> m_aboveMarks;
     std::string m_path;
     std::string m_defaultText;
     CAnnotations m_annotations;

@@ -2,11 +2,16 @@
 
 #include <QApplication>
 #include <QBoxLayout>
+#include <QPainter>
 #include <QPushButton>
 #include <QTest>
+#include <cmath>
 #include <filesystem>
+#include <random>
 
+#include "defects/canvasmarks.h"
 #include "defects/dialogs/CCtrlPic.h"
+#include "defects/dialogs/paintmarks.h"
 #include "shell/dialogs/CSizeDlg.h"
 #include "tests/defectswindows/oddpictures.h"
 #include "tests/support/CTestFolder.h"
@@ -234,6 +239,92 @@ TEST_F(CtrlPic, AShapeInHandKeepsItsPlaceAmongTheOthersAndEscDropsIt) {
     Drag({10, 10}, {60, 60});
     EXPECT_EQ(Canvas.cursor().shape(), Qt::ArrowCursor);
     EXPECT_EQ(Baked(), image);
+}
+
+// Layers that are carried from change to change must never be told from a drawing made anew: not where shapes
+// cross, not below others, and not after more was taken back than is kept.
+TEST_F(CtrlPic, AfterAnyChangesThePixelsAreThoseOfADrawingMadeAnew) {
+    std::mt19937 random(5);
+    const auto below = [&](int end) { return static_cast<int>(random() % static_cast<unsigned>(end)); };
+    QImage picture = Plain(200, 150);
+    for (int i = 0; i < 30'000; ++i) {
+        picture.setPixel(i % 200, i / 200, qRgb(below(256), below(256), below(256)));
+    }
+    ASSERT_TRUE(Canvas.ShowPicture(Folder.WriteFile("noise.png", Encoded(picture, "png"))));
+    const auto expectFresh = [&](const std::string& after) {
+        const QImage shown = Canvas.grab().toImage().convertToFormat(QImage::Format_RGB32);
+        QImage fresh = picture.scaled(shown.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+                           .convertToFormat(QImage::Format_RGB32);
+        fresh.setDevicePixelRatio(shown.devicePixelRatio());
+        const CanvasMarks marks = MarksOf(Canvas.Annotations());
+        QPainter painter(&fresh);
+        PaintMarks(painter, marks.Below, Canvas.size());
+        PaintMarks(painter, marks.InHand, Canvas.size());
+        if (Canvas.Annotations().HasCapture()) {
+            QImage above(shown.size(), QImage::Format_ARGB32_Premultiplied);
+            above.setDevicePixelRatio(shown.devicePixelRatio());
+            above.fill(Qt::transparent);
+            QPainter abovePainter(&above);
+            PaintMarks(abovePainter, marks.Above, Canvas.size());
+            abovePainter.end();
+            painter.drawImage(0, 0, above);
+        } else {
+            PaintMarks(painter, marks.Above, Canvas.size());
+        }
+        PaintMarks(painter, marks.Top, Canvas.size());
+        painter.end();
+        ASSERT_EQ(shown, fresh) << after;
+    };
+    const auto somewhere = [&] { return QPoint(below(440) - 20, below(340) - 20); };  // also beside it
+    const auto change = [&](int kind) {
+        constexpr ToolMode drawn[] = {ToolMode::Reference, ToolMode::Circle, ToolMode::Arrow};
+        if (kind < 9) {
+            const QPoint from = somewhere();
+            const int reach = below(4) == 0 ? 400 : 60;
+            const QPoint to = from + QPoint(below(2 * reach) - reach, below(2 * reach) - reach);
+            Canvas.SetTool(drawn[kind % 3]);
+            QTest::mousePress(&Canvas, Qt::LeftButton, {}, from);
+            QTest::mouseMove(&Canvas, to);
+            expectFresh("a press");
+            if (kind == 8) {
+                QTest::keyClick(&Canvas, Qt::Key_Escape);
+            }
+            QTest::mouseRelease(&Canvas, Qt::LeftButton, {}, to);
+        } else if (kind < 15) {
+            Canvas.SetTool(kind == 9 ? ToolMode::Calibration : ToolMode::Measuring);
+            Click(somewhere());
+        } else if (kind == 15) {
+            const QPoint from = somewhere();
+            DrawText(from, from + QPoint(below(200), below(90)),
+                     below(3) == 0 ? "" : "管道 a\u0301\u0301\u0301 破裂");
+        } else if (kind < 20) {
+            (void)Canvas.UndoLast(Canvas.GetTool());
+        } else if (kind < 24) {
+            (void)Canvas.UndoLast(static_cast<ToolMode>(below(7)));
+        } else if (kind == 24) {
+            Canvas.SetColour(static_cast<std::uint32_t>(below(0x1000000)));
+        } else if (kind == 25) {
+            Canvas.ClearCalibration();
+        } else if (below(4) == 0) {
+            Canvas.ClearObjects();
+        }
+    };
+    for (int i = 0; i < 300 && !HasFatalFailure(); ++i) {
+        const int kind = below(27);
+        change(kind);
+        expectFresh("change " + std::to_string(i) + " of kind " + std::to_string(kind));
+    }
+    for (const ToolMode tool : {ToolMode::Arrow, ToolMode::Circle}) {
+        Canvas.SetTool(tool);
+        for (int i = 0; i < 80; ++i) {
+            Drag({i, 2 * i}, {399 - i, 299});
+            Canvas.grab();
+        }
+        for (int i = 0; i < 80 && !HasFatalFailure(); ++i) {
+            Canvas.UndoLast(tool);
+            expectFresh("taken back " + std::to_string(i));
+        }
+    }
 }
 
 TEST_F(CtrlPic, BakingKeepsTheFormatAndTheTwinAndTheOldFileWhereItFails) {
