@@ -44,11 +44,6 @@ TEST(CriterionTables, GradesHaveTheirPlaceInTheLists) {
     EXPECT_EQ(database.GetDefectType("pl"), "JG");
     EXPECT_EQ(database.GetDefectType("jcj_jgjzqs"), "JCJ");
     EXPECT_EQ(database.GetDefectType("PL "), "");
-
-    database.Execute("delete from DefectName");
-    database.Close();
-    EXPECT_TRUE(database.OpenDatabase(folder.Path("db/p.mdb"), CDbPassword));
-    EXPECT_TRUE(database.DefectCodes.empty());
 }
 
 TEST(CriterionTables, FaultsOfADescriptionAreNamedWithTheirPlace) {
@@ -59,17 +54,12 @@ TEST(CriterionTables, FaultsOfADescriptionAreNamedWithTheirPlace) {
     };
     constexpr Case cases[] = {
         {"小规范\"", "小规范\",,", "not valid JSON"},
-        {"小规范", " ", "the document: \"criterionName\""},
         {"小规范", "a\\u0000b", "the document: \"criterionName\""},
         {"\"GDZC\"", "\"qf\"", "defect 2: "},
-        {"\"GDZC\"", "\"G\\\"D\"", "defect 2: \"code\""},
         {"\"JCJ\"", "\"jcj\"", "defect 3: \"type\""},
-        {"[]", "{}", "defect 2: \"levels\""},
-        {"\"level\": 4", "\"level\": 5", "defect 3 (JCJ_A), levels: \"level\""},
         {"\"level\": 4", "\"level\": 18446744073709551615", "defect 3 (JCJ_A), levels: \"level\""},
         {"\"level\": 2", "\"level\": 1", "defect 1 (QF): "},
         {"\"score\": 10", "\"score\": 1e39", "defect 3 (JCJ_A), levels: \"score\""},
-        {"\"一\"", "null", "defect 1 (QF), levels: \"description\""},
     };
     for (const Case& c : cases) {
         std::string text = Small;

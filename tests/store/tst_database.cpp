@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 #include <csignal>
+#include <optional>
 #include <random>
 #include <string>
 #include <vector>
@@ -10,6 +10,7 @@
 #include "store/CDbError.h"
 #include "store/CDbRec.h"
 #include "tests/shell/processes.h"
+#include "tests/support/CFullDisk.h"
 #include "tests/support/CTestFolder.h"
 
 namespace {
@@ -200,12 +201,7 @@ TEST_F(Database, ABatchThatDoesNotFitOnTheDiskLeavesNothing) {
     CDbBase database;
     ASSERT_TRUE(database.Open(path, CDbPassword));
     Insert(database, "kept");
-    rlimit former{};
-    getrlimit(RLIMIT_FSIZE, &former);
-    rlimit full = former;
-    full.rlim_cur = fs::file_size(m_folder.Host("db/p.mdb"));
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    setrlimit(RLIMIT_FSIZE, &full);
+    std::optional<CFullDisk> full(std::in_place, fs::file_size(m_folder.Host("db/p.mdb")));
     {
         // Given up in its midst: nothing may go on as if there had been no batch.
         CDbBatch batch(database);
@@ -216,11 +212,10 @@ TEST_F(Database, ABatchThatDoesNotFitOnTheDiskLeavesNothing) {
         };
         EXPECT_THROW(insertMany(), CDbError);
         EXPECT_TRUE(batch.IsLost());
-        setrlimit(RLIMIT_FSIZE, &former);
+        full.reset();
         EXPECT_THROW(Insert(database), CDbError);
         EXPECT_THROW(batch.Commit(), CDbError);
     }
-    std::signal(SIGXFSZ, handler);
     EXPECT_EQ(Count(database), 1);
     Insert(database, "again");
     ASSERT_TRUE(database.Open(path, CDbPassword));

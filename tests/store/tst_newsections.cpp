@@ -1,15 +1,12 @@
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
-#include <csignal>
 #include <filesystem>
 #include <set>
 
 #include "shell/CProgress.h"
 #include "shell/settings.h"
-#include "store/CDbRec.h"
 #include "store/newsections.h"
-#include "tests/support/CTestFolder.h"
+#include "tests/store/CProjectTest.h"
 
 namespace {
 
@@ -25,12 +22,10 @@ private:
     int m_steps;
 };
 
-class NewSections : public testing::Test {
+class NewSections : public CProjectTest {
 protected:
-    NewSections() {
-        SetWorkFolder(Folder.Path("works/new"));
-        EXPECT_TRUE(Db.OpenDatabase(Folder.MakeProject(), CDbPassword));
-    }
+    NewSections() { SetWorkFolder(Folder.Path("works/new")); }
+
     _TESTING_DATA Section(const std::string& start, const std::string& end, const std::string& content) {
         _TESTING_DATA section;
         section.TestingName = "段";
@@ -40,16 +35,14 @@ protected:
         return section;
     }
     bool Add(const std::vector<_TESTING_DATA>& sections, int steps = 1000) {
-        return AddNewSections(Db, sections, [this, steps](const std::string& name) {
+        return AddNewSections(Database, sections, [this, steps](const std::string& name) {
             Told.push_back(name);
             return std::make_unique<CStopAfter>(steps);
         });
     }
     std::vector<std::string> Videos() {
-        CTestingDataArray sections;
-        EXPECT_TRUE(Db.ReadTestings(sections));
         std::vector<std::string> videos;
-        for (const _TESTING_DATA& section : sections) {
+        for (const _TESTING_DATA& section : Sections()) {
             videos.push_back(section.VideoFileList);
         }
         return videos;
@@ -62,8 +55,6 @@ protected:
         }
         return names;
     }
-    CTestFolder Folder;
-    CDbRec Db;
     std::vector<std::string> Told;
 };
 
@@ -108,28 +99,11 @@ TEST_F(NewSections, FoldersThatCannotBeMadeAreNamed) {
 
 TEST_F(NewSections, ARefusedInsertTakesItsCopyAway) {
     Folder.Prompts.Expect(2013);
-    EXPECT_FALSE(AddNewSections(Db, {Section("A", "B", "x")}, [this](const std::string&) {
-        Db.Close();
+    EXPECT_FALSE(AddNewSections(Database, {Section("A", "B", "x")}, [this](const std::string&) {
+        Database.Close();
         return std::make_unique<CProgress>();
     }));
     EXPECT_TRUE(Works().empty());
-}
-
-TEST_F(NewSections, AFullDiskLeavesNoHalfVideo) {
-    const _TESTING_DATA section = Section("A", "B", std::string(1 << 20, 'v'));
-    rlimit former{};
-    getrlimit(RLIMIT_FSIZE, &former);
-    rlimit full = former;  // no file may grow beyond half of the video
-    full.rlim_cur = 1 << 19;
-    const auto formerHandler = std::signal(SIGXFSZ, SIG_IGN);
-    setrlimit(RLIMIT_FSIZE, &full);
-    Folder.Prompts.Expect(2190);
-    EXPECT_FALSE(Add({section}));
-    setrlimit(RLIMIT_FSIZE, &former);
-    std::signal(SIGXFSZ, formerHandler);
-    EXPECT_TRUE(Works().empty());
-    EXPECT_TRUE(Videos().empty());
-    EXPECT_TRUE(Add({section}));
 }
 
 }  // namespace
