@@ -1,9 +1,7 @@
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <chrono>
-#include <csignal>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -12,6 +10,7 @@
 #include "shell/seams.h"
 #include "shell/textcodec.h"
 #include "tests/shell/processes.h"
+#include "tests/support/CFullDisk.h"
 #include "tests/support/CTestFolder.h"
 
 namespace {
@@ -116,19 +115,15 @@ TEST_F(HostFile, FilesAreReplacedWhole) {
     EXPECT_EQ(m_folder.ReadFile("real/a.txt"), "new");
     EXPECT_EQ(fs::status(m_folder.Host("real/a.txt")).permissions(), fs::perms{0640});
 
-    rlimit former{};
-    getrlimit(RLIMIT_FSIZE, &former);
-    rlimit full = former;
-    full.rlim_cur = 1000;
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    m_folder.WriteFile("big.bin", std::string(5000, 'b'));
-    setrlimit(RLIMIT_FSIZE, &full);
-    EXPECT_FALSE(m_files.WriteFile(m_folder.Path("real/a.txt"), std::string(2000, 'x')));
-    EXPECT_FALSE(m_files.CopyFile(m_folder.Path("big.bin"), m_folder.Path("real/a.txt"),
-                                  CHostFiles::Existing::Replace));
-    EXPECT_FALSE(m_files.MirrorFile(m_folder.Path("big.bin"), m_folder.Path("real/a.txt")));
-    setrlimit(RLIMIT_FSIZE, &former);
-    std::signal(SIGXFSZ, handler);
+    const std::string big = m_folder.WriteFile("big.bin", std::string(5000, 'b'));
+    const std::string target = m_folder.Path("real/a.txt");
+    {
+        const CFullDisk full(1000);
+        EXPECT_FALSE(m_files.WriteFile(target, std::string(2000, 'x')));
+        EXPECT_FALSE(m_files.CopyFile(big, target, CHostFiles::Existing::Replace));
+        EXPECT_FALSE(m_files.CopyFile(big, m_folder.Path("real/b.txt"), CHostFiles::Existing::Keep));
+        EXPECT_FALSE(m_files.MirrorFile(big, target));
+    }
     EXPECT_EQ(m_folder.ReadFile("real/a.txt"), "new");
     EXPECT_EQ(Count("real"), 1);
     fs::permissions(m_folder.Host("real/a.txt"), fs::perms{0444});
