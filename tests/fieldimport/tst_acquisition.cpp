@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 #include <array>
-#include <csignal>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -11,8 +9,8 @@
 #include "fieldimport/acquisitionimport.h"
 #include "shell/paths.h"
 #include "shell/textcodec.h"
-#include "store/CDbRec.h"
-#include "tests/support/CTestFolder.h"
+#include "tests/store/CProjectTest.h"
+#include "tests/support/CFullDisk.h"
 
 namespace {
 
@@ -47,24 +45,12 @@ std::string ItemOf(const std::string& code) {
     return With(Item, "code=\"PL\"", "code=\"" + code + "\"");
 }
 
-class Acquisition : public testing::Test {
+class Acquisition : public CProjectTest {
 protected:
-    Acquisition() { EXPECT_TRUE(Database.OpenDatabase(Folder.MakeProject(), CDbPassword)); }
-
     bool Import(const std::string& xml) {
         Printed.clear();
         return ImportAcquisition(Database, Folder.WriteFile("外业/管段一/a.xml", xml),
                                  [this](const std::string& line) { Printed.push_back(line); });
-    }
-    CTestingDataArray Sections() {
-        CTestingDataArray sections;
-        EXPECT_TRUE(Database.ReadTestings(sections));
-        return sections;
-    }
-    CRecDataArray Records() {
-        CRecDataArray records;
-        EXPECT_TRUE(Database.ReadRecords(-1, records, false));
-        return records;
     }
     std::string Codes() {
         std::string codes;
@@ -82,8 +68,6 @@ protected:
         EXPECT_EQ(Records().GetSize(), 0) << line;
     }
 
-    CTestFolder Folder;
-    CDbRec Database;
     Lines Printed;
 };
 
@@ -192,7 +176,6 @@ TEST_F(Acquisition, WhatMayBeMissingHasItsDefaults) {
     EXPECT_EQ(sections[0].DepthStart, "/");
     EXPECT_EQ(sections[0].DepthEnd, "/");
     EXPECT_EQ(sections[0].ManholeDepth, "");
-    EXPECT_EQ(sections[0].PipeLength, "值15");
     EXPECT_EQ(sections[1].TestingDate, "二五年五");
     EXPECT_EQ(sections[2].TestingName, "段?");
     const CRecDataArray records = Records();
@@ -298,27 +281,21 @@ TEST_F(Acquisition, SonarDescriptionsShowInTheFirstFiveLines) {
 }
 
 TEST_F(Acquisition, AFullDiskLeavesNothing) {
-    rlimit former{};
-    getrlimit(RLIMIT_FSIZE, &former);
-    rlimit full = former;  // no file may grow
-    full.rlim_cur = std::filesystem::file_size(Folder.Host("db/p.mdb"));
-    const auto formerHandler = std::signal(SIGXFSZ, SIG_IGN);
     // A short import fails when it is committed, a long one at some record in its midst, with one message.
     for (const auto& [length, message] : {std::pair(10U, 2007), std::pair(30000U, 2014)}) {
-        const std::string item = With(Item, "环向裂缝", std::string(length, 'x'));
         std::string items;
         for (int i = 0; i < 300; ++i) {
-            items += item;
+            items += With(Item, "环向裂缝", std::string(length, 'x'));
         }
         const std::string path = Folder.WriteFile("a.xml", Description(items));
-        setrlimit(RLIMIT_FSIZE, &full);
-        Folder.Prompts.Expect(message);
-        EXPECT_FALSE(ImportAcquisition(Database, path, [](const std::string&) {}));
-        setrlimit(RLIMIT_FSIZE, &former);
+        {
+            const CFullDisk full(std::filesystem::file_size(Folder.Host("db/p.mdb")));
+            Folder.Prompts.Expect(message);
+            EXPECT_FALSE(ImportAcquisition(Database, path, [](const std::string&) {}));
+        }
         EXPECT_EQ(Sections().GetSize(), 0);
         EXPECT_EQ(Records().GetSize(), 0);
     }
-    std::signal(SIGXFSZ, formerHandler);
     EXPECT_TRUE(Import(Description()));
 }
 
