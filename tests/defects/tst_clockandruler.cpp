@@ -31,15 +31,6 @@ TEST(ClockFace, SectorsAreUneven) {
     EXPECT_TRUE(HourOfPoint(80, 80, 161, 161)) << "the middle of an odd dial lies between pixels";
 }
 
-TEST(ClockFace, RangesWrapOverTwelve) {
-    EXPECT_EQ(HoursInRange(11, 2), 4);
-    EXPECT_EQ(HoursInRange(3, 3), 1);
-    EXPECT_EQ(ValidHour(0), 12);
-    EXPECT_EQ(ValidHour(13), 12);
-    EXPECT_EQ(ValidHour(-5), 12);
-    EXPECT_EQ(ValidHour(1), 1);
-}
-
 TEST(TimeRuler, MarksAreSquaresBelowTheirTicks) {
     const auto marks = LayOutMarks({0, 1, 0, 1}, 136, 24, 36);
     EXPECT_EQ(marks[0], MarkRect());

@@ -1,50 +1,12 @@
 #include "tests/defectswindows/oddpictures.h"
 
-#include <cstdio>
-#include <cstdlib>
-#include <vector>
-
 #include <QBuffer>
-
-#include <jpeglib.h>
 
 std::string Encoded(const QImage& image, const char* format) {
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     image.save(&buffer, format, 95);
     return buffer.data().toStdString();
-}
-
-std::string CmykJpeg(int width, int height, unsigned char cyan, unsigned char magenta, unsigned char yellow) {
-    jpeg_compress_struct info{};
-    jpeg_error_mgr errors{};
-    info.err = jpeg_std_error(&errors);
-    jpeg_create_compress(&info);
-    unsigned char* bytes = nullptr;
-    unsigned long size = 0;
-    jpeg_mem_dest(&info, &bytes, &size);
-    info.image_width = static_cast<JDIMENSION>(width);
-    info.image_height = static_cast<JDIMENSION>(height);
-    info.input_components = 4;
-    info.in_color_space = JCS_CMYK;
-    jpeg_set_defaults(&info);
-    jpeg_start_compress(&info, TRUE);
-    std::vector<unsigned char> row;
-    for (int x = 0; x < width; ++x) {
-        // 255 is no ink.
-        for (const int ink : {int{cyan}, int{magenta}, int{yellow}, 0}) {
-            row.push_back(static_cast<unsigned char>(255 - ink));
-        }
-    }
-    JSAMPROW rows[] = {row.data()};
-    while (info.next_scanline < info.image_height) {
-        jpeg_write_scanlines(&info, rows, 1);
-    }
-    jpeg_finish_compress(&info);
-    jpeg_destroy_compress(&info);
-    std::string result(reinterpret_cast<const char*>(bytes), size);
-    std::free(bytes);
-    return result;
 }
 
 std::string WithQuarterTurn(const std::string& jpeg) {

@@ -5,8 +5,6 @@
 #include <string>
 
 std::string Encoded(const QImage& image, const char* format);
-// Inks in place of lights, one colour all over, as printing programs write it.
-std::string CmykJpeg(int width, int height, unsigned char cyan, unsigned char magenta, unsigned char yellow);
 // Says that the camera was held by its right side: column 0 is the upper edge.
 std::string WithQuarterTurn(const std::string& jpeg);
 // Claims that size, whatever follows.

@@ -33,16 +33,12 @@ protected:
         EXPECT_TRUE(Database.AddRecord(record));
         return Stored()[0];
     }
-    // With the keyboard, as on a desktop.
-    static void InActiveDialog(const std::function<void(CSizeDlg&)>& script) {
+    void Open(const std::function<void(CSizeDlg&)>& script) {
         InNextDialog([script](CSizeDlg& dialog) {
-            dialog.activateWindow();
+            dialog.activateWindow();  // with the keyboard, as on a desktop
             EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog));
             script(dialog);
         });
-    }
-    void Open(const std::function<void(CSizeDlg&)>& script) {
-        InActiveDialog(script);
         EXPECT_TRUE(EditDefect(Database, Section, Stored()[0], nullptr));
     }
 };
@@ -64,69 +60,6 @@ bool IsRed(const QImage& image, QPoint at) {
 }
 
 }  // namespace
-
-TEST_F(Edit, ADefectIsAddedWithTheKeyboardAlone) {
-    Folder.Prompts.Expect(2195);
-    InActiveDialog([](CSizeDlg& dialog) {
-        EXPECT_EQ(dialog.windowTitle(), "添加缺陷");
-        EXPECT_EQ(TextOf(dialog, 1000), "(PL)破裂");
-        EXPECT_EQ(TextOf(dialog, 1014), "121.5");
-        const auto type = [&dialog](const QString& text) {
-            for (const QChar key : text) {
-                // A list of what fits may be open above the window.
-                QWidget* popup = QApplication::activePopupWidget();
-                QTest::keyClick(popup != nullptr ? popup : dialog.focusWidget(), key.toLatin1());
-            }
-        };
-        const auto press = [&dialog](Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier) {
-            QWidget* popup = QApplication::activePopupWidget();
-            QTest::keyClick(popup != nullptr ? popup : dialog.focusWidget(), key, with);
-        };
-        type("cj");
-        press(Qt::Key_Return);
-        EXPECT_EQ(TextOf(dialog, 1000), "(CJ)沉积");
-        EXPECT_EQ(Box(dialog, 1002).count(), 3);
-        press(Qt::Key_Tab);
-        type("2");
-        EXPECT_EQ(TextOf(dialog, 1007), "30%到40%");
-        press(Qt::Key_Tab);
-        press(Qt::Key_Tab);
-        type("12.5");
-        EXPECT_EQ(TextOf(dialog, 1017), "12.5") << "the end follows";
-        for (int i = 0; i < 4; ++i) {
-            press(Qt::Key_Tab);
-        }
-        type("3");
-        press(Qt::Key_Right, Qt::ShiftModifier);
-        press(Qt::Key_Return);
-    });
-    ASSERT_TRUE(NewDefect(Database, Section, Section.VideoFileList, 1.5, nullptr));
-    const _REC_DATA stored = Stored()[0];
-    EXPECT_EQ(stored.DefectCode + stored.Comment, "CJ30%到40%");
-    EXPECT_EQ(stored.TestingID, 1);
-    EXPECT_EQ(stored.DefectLevel, 2);
-    EXPECT_EQ(stored.DistanceStart + stored.DistanceEnd, 25.0F);
-    EXPECT_EQ(stored.DirectionStart, 3);
-    EXPECT_EQ(stored.DirectionEnd, 1);
-    EXPECT_EQ(stored.GpsY, 31.25);
-    EXPECT_EQ(stored.GetPicTime1(), 1.5);
-}
-
-TEST_F(Edit, CancelOfANewDefectLeavesNeitherPictureNorOriginal) {
-    Folder.Prompts.Expect(2195);
-    InNextDialog([this](CSizeDlg& dialog) {
-        WritePicture("job/picture/v_092653.jpg");
-        WritePicture("job/picture/v_092653_original.jpg");
-        Folder.Prompts.GivePath(WritePicture("other.jpg"));
-        Press(dialog, 1033);
-        Press(dialog, 2);
-    });
-    EXPECT_FALSE(NewDefect(Database, Section, Section.VideoFileList, 1.5, nullptr));
-    EXPECT_FALSE(Exists("job/picture/v_092653.jpg"));
-    EXPECT_FALSE(Exists("job/picture/v_092653_original.jpg"));
-    EXPECT_TRUE(Exists("other.jpg"));
-    EXPECT_EQ(Database.CountRecords(-1), 0);
-}
 
 TEST_F(Edit, AStoredDefectOpensAsItIsAndIsStoredChanged) {
     Store();
@@ -176,28 +109,15 @@ TEST_F(Edit, ACommentNobodyTouchedStaysToTheByte) {
 TEST_F(Edit, WhatCantBeStoredIsToldAndTheWindowStays) {
     _REC_DATA record = Store();
     record.DefectCode = "ZZ";
-    record.DefectLevel = 3;
     ASSERT_TRUE(Database.UpdateRecord(record));
-    Folder.Prompts.GivePath("");
     Open([this](CSizeDlg& dialog) {
         EXPECT_EQ(TextOf(dialog, 1000), "");
-        Press(dialog, 1033);
         Folder.Prompts.Expect(2103);
         Press(dialog, 1);
-        Type(dialog, 1000, "nothing like it");
-        dialog.GetDlgItem(1013)->setFocus();
-        EXPECT_EQ(TextOf(dialog, 1000), "");
         Type(dialog, 1000, "沉");
         dialog.GetDlgItem(1013)->setFocus();
         Type(dialog, 1013, "5x");
         Folder.Prompts.Expect(3170);
-        Press(dialog, 1);
-        Type(dialog, 1013, "5");
-        Type(dialog, 1017, "4");
-        Folder.Prompts.Expect(2104);
-        Press(dialog, 1);
-        Type(dialog, 1017, "30.001");
-        Folder.Prompts.Expect(2107);
         Press(dialog, 1);
         Press(dialog, 2);
     });
@@ -210,7 +130,6 @@ TEST_F(Edit, ADrawingIsWrittenAndCanBeReset) {
         EXPECT_FALSE(IsEnabled(dialog, 1036));
         PressKey(dialog, Qt::Key_1, Qt::ControlModifier);
         EXPECT_FALSE(IsEnabled(dialog, 1));
-        EXPECT_FALSE(dialog.GetDlgItem(1)->toolTip().isEmpty());
         dialog.reject();
         EXPECT_TRUE(dialog.isVisible()) << "nothing drawn may be left unwritten";
         Draw(dialog, {100, 100}, {200, 200});
@@ -260,8 +179,6 @@ TEST_F(Edit, CalibrationAllowsToMeasureAndToDeleteTheOnlyPicture) {
         Press(dialog, 34);
         EXPECT_NE(Folder.ReadFile("job/picture/a.jpg"), before);
 
-        Folder.Prompts.ExpectQuestion(2102, false);
-        Press(dialog, 1036);
         Type(dialog, 1005, "geändert");
         Folder.Prompts.ExpectQuestion(2102, true);
         Press(dialog, 1036);
@@ -306,6 +223,7 @@ TEST_F(Edit, APictureOfANewDefectIsDeletedWithoutTouchingAnotherRow) {
     Folder.Prompts.Expect(2195);
     Folder.Prompts.ExpectQuestion(2102, true);
     InNextDialog([](CSizeDlg& dialog) {
+        EXPECT_EQ(TextOf(dialog, 1014), "121.5") << "where the section begins";
         Press(dialog, 33);
         Press(dialog, 33);
         Press(dialog, 1036);
@@ -324,11 +242,7 @@ TEST_F(Edit, FitsTheScreenInBothLanguages) {
             EXPECT_LE(dialog.width(), 1366);
             EXPECT_LE(dialog.height(), 720);
             EXPECT_FALSE(dialog.GetDlgItem(1049)->isVisible());
-            for (const QWidget* control : dialog.findChildren<QWidget*>()) {
-                EXPECT_FALSE(control->isVisible() && control->parentWidget() == &dialog &&
-                             control->width() < control->minimumSizeHint().width())
-                    << language << " " << control->objectName().toStdString();
-            }
+            ExpectNothingCut(dialog);
             Photograph(dialog, QString("edit-") + language);
             Press(dialog, 2);
         });

@@ -63,14 +63,6 @@ TEST_F(Manhole, IsAddedAndComesBackAsStored) {
         Press(dialog, 1);
     });
     EXPECT_EQ(Stored()[0].Comment, "脏");
-    _REC_DATA record = stored;
-    record.Comment = "one\r\ntwo\u00A0m\nthree";
-    ASSERT_TRUE(Database.UpdateRecord(record));
-    Open([](CSizeDlg& dialog) {
-        Type(dialog, 1019, "W-13");
-        Press(dialog, 1);
-    });
-    EXPECT_EQ(Stored()[0].JcjNo + Stored()[0].Comment, "W-13" + record.Comment);
 }
 
 TEST_F(Manhole, OpensWithoutAPlaceForPictures) {

@@ -141,6 +141,16 @@ bool IsEnabled(const CSizeDlg& dialog, int id) {
     return control != nullptr && control->isEnabled();
 }
 
+void ExpectNothingCut(const CSizeDlg& dialog) {
+    for (const QWidget* control : dialog.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (control->isVisible()) {
+            EXPECT_GE(control->width(), control->minimumSizeHint().width())
+                << control->objectName().toStdString();
+            EXPECT_TRUE(dialog.rect().contains(control->geometry())) << control->objectName().toStdString();
+        }
+    }
+}
+
 void Photograph(QWidget& window, const QString& name) {
     const QString folder = qEnvironmentVariable("DROVANE_SCREENSHOTS");
     if (!folder.isEmpty()) {

@@ -26,5 +26,8 @@ void PressKey(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt
 QString TextOf(const CSizeDlg& dialog, int id);
 bool IsEnabled(const CSizeDlg& dialog, int id);
 
+// Whether every control in the window has the room that its text needs.
+void ExpectNothingCut(const CSizeDlg& dialog);
+
 // For whoever wants to look: writes the window as PNG into the folder named by DROVANE_SCREENSHOTS, if set.
 void Photograph(QWidget& window, const QString& name);
