@@ -1,11 +1,9 @@
 #include "tests/workbench/numberedvideo.h"
 
 #include <algorithm>
-#include <csetjmp>
 #include <cstddef>
 #include <cstdio>
-
-#include <jpeglib.h>
+#include <vector>
 
 namespace {
 
@@ -54,22 +52,17 @@ std::vector<unsigned char> DrawFrame(int number, int width, int height) {
 }
 
 // Of the block's middle.
-int Brightness(const Picture& picture, const Block& block) {
+int Brightness(const QImage& picture, const Block& block) {
     int sum = 0;
     int count = 0;
     for (int y = block.Top + 3; y < block.Bottom - 3; ++y) {
         for (int x = block.Left + 3; x < block.Right - 3; ++x) {
-            sum += picture.Pixels[3 * static_cast<std::size_t>(y * picture.Width + x) + 1];
+            sum += qGreen(picture.pixel(x, y));
             ++count;
         }
     }
     return count > 0 ? sum / count : 0;
 }
-
-struct Reading {
-    jpeg_error_mgr Manager;
-    std::jmp_buf Return;
-};
 
 }  // namespace
 
@@ -88,40 +81,15 @@ bool MakeNumberedVideo(const VideoRecipe& recipe, const std::filesystem::path& f
     return pclose(pipe) == 0;
 }
 
-Picture ReadJpeg(const std::string& bytes) {
-    Picture picture;
-    jpeg_decompress_struct info{};
-    Reading reading{};
-    info.err = jpeg_std_error(&reading.Manager);
-    reading.Manager.error_exit = [](j_common_ptr common) {
-        std::longjmp(reinterpret_cast<Reading*>(common->err)->Return, 1);
-    };
-    if (setjmp(reading.Return) != 0) {
-        jpeg_destroy_decompress(&info);
-        return {};
-    }
-    jpeg_create_decompress(&info);
-    jpeg_mem_src(&info, reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
-    jpeg_read_header(&info, TRUE);
-    info.out_color_space = JCS_RGB;
-    jpeg_start_decompress(&info);
-    picture.Width = static_cast<int>(info.output_width);
-    picture.Height = static_cast<int>(info.output_height);
-    picture.Pixels.resize(std::size_t{3} * info.output_width * info.output_height);
-    while (info.output_scanline < info.output_height) {
-        JSAMPROW row = picture.Pixels.data() + std::size_t{3} * info.output_width * info.output_scanline;
-        jpeg_read_scanlines(&info, &row, 1);
-    }
-    jpeg_finish_decompress(&info);
-    jpeg_destroy_decompress(&info);
-    return picture;
+QImage ReadPicture(const std::string& bytes) {
+    return QImage::fromData(reinterpret_cast<const uchar*>(bytes.data()), static_cast<int>(bytes.size()));
 }
 
-int ReadNumber(const Picture& picture) {
+int ReadNumber(const QImage& picture) {
     int number = 0;
     for (int bit = 0; bit < Bits; ++bit) {
-        const int upper = Brightness(picture, BlockOf(bit, false, picture.Width, picture.Height));
-        const int lower = Brightness(picture, BlockOf(bit, true, picture.Width, picture.Height));
+        const int upper = Brightness(picture, BlockOf(bit, false, picture.width(), picture.height()));
+        const int lower = Brightness(picture, BlockOf(bit, true, picture.width(), picture.height()));
         if ((upper < 90) == (lower < 90) || (upper > 165) == (lower > 165)) {
             return -1;
         }

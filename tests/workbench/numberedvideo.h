@@ -2,16 +2,10 @@
 // lossy compression, and the way back from a picture to the number.
 #pragma once
 
+#include <QImage>
 #include <filesystem>
 #include <ostream>
 #include <string>
-#include <vector>
-
-struct Picture {
-    int Width = 0;
-    int Height = 0;
-    std::vector<unsigned char> Pixels;  // red, green, blue
-};
 
 struct VideoRecipe {
     std::string Name;     // of the test, letters and digits
@@ -31,7 +25,7 @@ inline void PrintTo(const VideoRecipe& recipe, std::ostream* out) {
 // Needs the ffmpeg program. False if it fails.
 bool MakeNumberedVideo(const VideoRecipe& recipe, const std::filesystem::path& file);
 
-// Empty if it is no JPEG.
-Picture ReadJpeg(const std::string& bytes);
+// Null if it is no picture.
+QImage ReadPicture(const std::string& bytes);
 // -1 if the blocks aren't clear, as in a mixture of two frames, or in a skewed picture.
-int ReadNumber(const Picture& picture);
+int ReadNumber(const QImage& picture);

