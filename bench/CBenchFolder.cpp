@@ -41,8 +41,8 @@ std::string CBenchFolder::Path(std::string_view name) const {
     return CHostFiles::PathText(Host(name).string()).value();
 }
 
-std::string CBenchFolder::MakeProject(std::string_view fileName) const {
+std::string CBenchFolder::MakeProject(std::string_view fileName, std::string_view criterion) const {
     const fs::path project = Host("db") / fileName;
-    fs::copy_file(Host("db/Criterion/GB.mdb"), project);
+    fs::copy_file(Host("db/Criterion") / criterion, project);
     return CHostFiles::PathText(project.string()).value();
 }

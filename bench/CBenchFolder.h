@@ -18,8 +18,9 @@ public:
 
     std::filesystem::path Host(std::string_view name) const { return m_root / name; }
     std::string Path(std::string_view name) const;
-    // An empty project of the national standard; returns its path text.
-    std::string MakeProject(std::string_view fileName) const;
+    // An empty project of the national standard, or of the one in another file of the folder of criteria;
+    // returns its path text.
+    std::string MakeProject(std::string_view fileName, std::string_view criterion = "GB.mdb") const;
 
 private:
     std::filesystem::path m_root;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <numeric>
 #include <optional>
 #include <set>
 
@@ -150,22 +151,20 @@ void AppendTypes(ReportLists& lists, const CConfigFile& config) {
 
 void AppendDefects(ReportLists& lists, const CConfigFile& config) {
     const std::vector<const ConfigElement*> sentences = config.Rows("defeats123");
-    std::vector<std::size_t> order;
-    const int sections = static_cast<int>(config.Sections().size());
-    for (int section = 0; section <= sections; ++section) {
-        for (std::size_t i = 0; i < sentences.size(); ++i) {
-            if (config.SentenceSections()[i] == (section == sections ? -1 : section)) {
-                order.push_back(i);
-            }
-        }
-    }
+    // By section; those that nothing tells the section of come last.
+    const std::vector<int>& sections = config.SentenceSections();
+    std::vector<std::size_t> order(sentences.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+        return static_cast<unsigned int>(sections[a]) < static_cast<unsigned int>(sections[b]);
+    });
     TextList& strings = lists.ProjectStrings;
     strings.push_back(CountText(sentences.size()));
     lists.DefectCountsByLevel.assign(Grades, 0);
     for (const std::size_t i : order) {
         const ConfigElement& sentence = *sentences[i];
         const ConfigRecord* record = config.SentenceRecords()[i];
-        const int section = config.SentenceSections()[i];
+        const int section = sections[i];
         const std::int64_t level = NumberOf(sentence, "level");
         if (level >= 1 && level <= static_cast<std::int64_t>(Grades)) {
             ++lists.DefectCountsByLevel[static_cast<std::size_t>(level) - 1];

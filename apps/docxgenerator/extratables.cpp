@@ -23,13 +23,14 @@ void SetRow(CDocxTable& table, int row, int firstColumn, const TextList& texts) 
 // One row each from row 2 on, with its number in column 1. Without any the template's row stays empty.
 void FillNumbered(CDocx& document, const char* bookmark, const std::vector<TextList>& rows) {
     CDocxTable table = document.Table(bookmark);
-    if (rows.size() > 1) {
-        table.InsertRowsBelow(2, static_cast<int>(rows.size()) - 1);
-    }
     for (std::size_t i = 0; i < rows.size(); ++i) {
-        const int number = static_cast<int>(i) + 1;
-        table.SetCell(number + 1, 1, FormatInt(number));
-        SetRow(table, number + 1, 2, rows[i]);
+        const int row = static_cast<int>(i) + 2;
+        if (i + 1 < rows.size()) {
+            table.InsertRowsBelow(row, 1);
+        }
+        table.SetCell(row, 1, FormatInt(row - 1));
+        SetRow(table, row, 2, rows[i]);
+        table.FinishRow(row);
     }
 }
 

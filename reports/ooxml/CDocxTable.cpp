@@ -8,17 +8,23 @@
 
 namespace {
 
-// Rows and cells can stand in content controls and in insertions under review.
+// Rows and cells can stand in content controls and in insertions under review. Finished rows are null.
 void Collect(XmlElement* parent, const char* name, std::vector<XmlElement*>& found) {
-    for (XmlElement* child = parent->FirstChildElement(); child != nullptr;
-         child = child->NextSiblingElement()) {
-        if (Is(child, name)) {
+    for (XmlNode* node = parent->FirstChild(); node != nullptr; node = node->NextSibling()) {
+        XmlElement* child = node->ToElement();
+        if (Is(child, name) || IsRaw(node)) {
             found.push_back(child);
         } else if (Is(child, "w:sdt") || Is(child, "w:sdtContent") || Is(child, "w:ins") ||
                    Is(child, "w:customXml")) {
             Collect(child, name, found);
         }
     }
+}
+
+bool HoldsBookmarkMark(XmlElement* element) {
+    bool holds = false;
+    EachElement(element, [&](XmlElement* inner) { holds = holds || IsBookmarkMark(inner); });
+    return holds;
 }
 
 }  // namespace
@@ -32,7 +38,11 @@ XmlElement* CDocxTable::Row(int row) const {
     if (row < 1 || row > RowCount()) {
         throw COoxmlError("the table " + m_name + " has no row " + FormatInt(row));
     }
-    return m_rows[static_cast<std::size_t>(row) - 1];
+    XmlElement* found = m_rows[static_cast<std::size_t>(row) - 1];
+    if (found == nullptr) {
+        throw COoxmlError("the table " + m_name + " has finished row " + FormatInt(row));
+    }
+    return found;
 }
 
 XmlElement* CDocxTable::Cell(int row, int column) const {
@@ -80,6 +90,15 @@ void CDocxTable::InsertRowsBelow(int row, int count) {
 
 void CDocxTable::CopyRow(int row, int times) {
     CopyRowBelow(row, times, RowContent::Kept);
+}
+
+void CDocxTable::FinishRow(int row) {
+    XmlElement* finished = Row(row);
+    m_rows[static_cast<std::size_t>(row) - 1] = nullptr;
+    // The document knows its bookmarks by their marks.
+    if (!HoldsBookmarkMark(finished)) {
+        MakeRaw(finished);
+    }
 }
 
 void CDocxTable::AddPicture(int row, int column, const DocxPicture& picture, double width, double height) {

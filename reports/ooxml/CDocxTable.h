@@ -31,6 +31,9 @@ public:
     void InsertRowsBelow(int row, int count);
     // With what stands in the row.
     void CopyRow(int row, int times);
+    // Keeps the filled row as text, in a tenth of the memory; whoever asks for it again gets COoxmlError.
+    // Tables that may grow long add each row just before the one above it is filled and finished.
+    void FinishRow(int row);
 
     // Above the cell's text. Points.
     void AddPicture(int row, int column, const DocxPicture& picture, double width, double height);
@@ -42,5 +45,5 @@ private:
 
     CDocx& m_document;
     std::string m_name;
-    std::vector<XmlElement*> m_rows;
+    std::vector<XmlElement*> m_rows;  // null are those that are finished
 };

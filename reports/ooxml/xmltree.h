@@ -1,7 +1,8 @@
 // XML parts of a document as trees, read and printed so that nothing is lost that is not changed.
 //
 // A *raw* node is a piece of XML that is text already. It is printed as it is and can't be looked into:
-// finished forms and pictures are kept so, since as trees thousands of them would take ten times the memory.
+// finished rows, forms and pictures are kept so, since as trees thousands of them would take ten times the
+// memory.
 #pragma once
 
 #include <tinyxml2.h>

@@ -77,15 +77,17 @@ void CWordFiller::FillRows(const Place& place, const std::vector<std::string>& l
     const int columns = (Int(list.size()) - 1) / rows;
     auto text = list.begin() + 1;
     for (int r = 0; r < rows; ++r) {
+        const int row = r + place.Row;
         if (place.Numbered) {
-            if (r > 0) {
+            if (r < rows - 1) {
                 table.AddRow();
             }
-            table.SetCell(r + place.Row, 1, FormatInt(r + 1));
+            table.SetCell(row, 1, FormatInt(r + 1));
         }
         for (int c = 0; c < columns; ++c) {
-            table.SetCell(r + place.Row, c + place.Column, *text++);
+            table.SetCell(row, c + place.Column, *text++);
         }
+        table.FinishRow(row);
     }
 }
 
@@ -137,12 +139,16 @@ void CWordFiller::FillLabels() {
 void CWordFiller::FillSections() {
     CDocxTable table = m_document.Table("OLE_LINK1");
     const int rows = NextCount();
-    table.CopyRow(2, std::max(rows - 1, 0));
     for (int r = 0; r < rows; ++r) {
-        table.SetCell(r + 2, 1, FormatInt(r + 1));
-        for (int column = 2; column <= 5; ++column) {
-            table.SetCell(r + 2, column, Next());
+        const int row = r + 2;
+        if (r < rows - 1) {
+            table.CopyRow(row, 1);
         }
+        table.SetCell(row, 1, FormatInt(r + 1));
+        for (int column = 2; column <= 5; ++column) {
+            table.SetCell(row, column, Next());
+        }
+        table.FinishRow(row);
     }
     table.SetCell(rows + 2, 5, Next());
     TellProgress();
@@ -167,13 +173,15 @@ void CWordFiller::FillDefects() {
     CDocxTable table = m_document.Table("tblDefectAll");
     const int rows = NextCount();
     for (int r = 0; r < rows; ++r) {
-        table.SetCell(r + 3, 1, FormatInt(r + 1));
-        for (int column = 2; column <= 10; ++column) {
-            table.SetCell(r + 3, column, Next());
-        }
+        const int row = r + 3;
         if (r < rows - 1) {
             table.AddRow();
         }
+        table.SetCell(row, 1, FormatInt(r + 1));
+        for (int column = 2; column <= 10; ++column) {
+            table.SetCell(row, column, Next());
+        }
+        table.FinishRow(row);
         TellProgress();
     }
 }
@@ -193,7 +201,6 @@ void CWordFiller::FillSectionForms() {
 }
 
 void CWordFiller::FillSectionForm(CDocxTable& form, int number, int defects) {
-    form.InsertRowsBelow(FirstDefectRow, std::max(defects - 1, 0));
     form.SetCell(1, 2, FormatInt(number));
     form.SetCell(1, 4, Next());
     for (int row = 2; row <= 5; ++row) {
@@ -209,6 +216,9 @@ void CWordFiller::FillSectionForm(CDocxTable& form, int number, int defects) {
     TellProgress();
     std::vector<std::string> pictures;
     for (int row = FirstDefectRow; row < FirstDefectRow + defects; ++row) {
+        if (row < FirstDefectRow + defects - 1) {
+            form.InsertRowsBelow(row, 1);
+        }
         for (int column = 1; column <= 5; ++column) {
             form.SetCell(row, column, Next());
         }
@@ -216,18 +226,23 @@ void CWordFiller::FillSectionForm(CDocxTable& form, int number, int defects) {
         const std::string& second = Next();
         (void)Next();  // the hours on the clock face, which this form doesn't show
         form.SetCell(row, 6, Refer(first, second, pictures));
+        form.FinishRow(row);
     }
     FillPictures(form, FirstDefectRow + defects + 1, pictures);
 }
 
 void CWordFiller::FillPictures(CDocxTable& table, int firstRow, const std::vector<std::string>& pictures) {
-    if (pictures.empty()) {
-        return;
-    }
-    table.InsertRowsBelow(firstRow, (Int(pictures.size()) + 1) / 2 - 1);
-    for (int i = 0; i < Int(pictures.size()); ++i) {
+    const int size = Int(pictures.size());
+    for (int i = 0; i < size; ++i) {
+        const int row = firstRow + i / 2;
+        if (i % 2 == 0 && i + 2 < size) {
+            table.InsertRowsBelow(row, 1);
+        }
         TellProgress();
-        PutPicture(table, firstRow + i / 2, i % 2 + 1, pictures[static_cast<std::size_t>(i)], Caption(i + 1));
+        PutPicture(table, row, i % 2 + 1, pictures[static_cast<std::size_t>(i)], Caption(i + 1));
+        if (i % 2 == 1 || i + 1 == size) {
+            table.FinishRow(row);
+        }
     }
 }
 
@@ -249,14 +264,18 @@ void CWordFiller::FillWells() {
     CDocxTable table = m_document.Table("tblJcjDefectTotal");
     const std::vector<std::string>& list = m_lists.WellPictureRows;
     const int rows = Int(list.size()) / WellRowWidth;
-    table.InsertRowsBelow(2, std::max(rows - 1, 0));
     std::vector<std::string> pictures;
     for (int r = 0; r < rows; ++r) {
+        const int row = r + 2;
+        if (r < rows - 1) {
+            table.InsertRowsBelow(row, 1);
+        }
         const auto text = list.begin() + r * WellRowWidth;
         for (int column = 1; column <= 5; ++column) {
-            table.SetCell(r + 2, column, text[column - 1]);
+            table.SetCell(row, column, text[column - 1]);
         }
-        table.SetCell(r + 2, 6, Refer(text[5], text[6], pictures));
+        table.SetCell(row, 6, Refer(text[5], text[6], pictures));
+        table.FinishRow(row);
     }
     FillPictures(table, rows + 2, pictures);
 }

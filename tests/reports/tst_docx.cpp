@@ -134,6 +134,39 @@ TEST_F(Docx, RowsKeepTheirForm) {
     EXPECT_EQ(CountOf(xml, "paraId"), 1);
 }
 
+TEST_F(Docx, FinishedRowsAreTextAndKeepTheirPlace) {
+    CDocx document(Write(
+        MakeDocument(Bookmark("t", MakeTable("<w:tr>" + Cell(Paragraph("x")) + "</w:tr><w:tr>" +
+                                             Cell("<w:p>" + Bookmark("in", "") + "</w:p>") + "</w:tr>")) +
+                     "<w:p/>")));
+    {
+        CDocxTable table = document.Table("t");
+        for (int row = 1; row <= 3; ++row) {
+            if (row < 3) {
+                table.InsertRowsBelow(row, 1);
+            }
+            table.SetCell(row, 1, "row " + std::to_string(row));
+            table.FinishRow(row);
+        }
+        EXPECT_THROW(table.SetCell(2, 1, "late"), COoxmlError);
+        EXPECT_THROW(table.CopyRow(3, 1), COoxmlError);
+        table.FinishRow(4);
+    }
+    // The bookmark lives on, and later users of the table count the same rows.
+    document.SetText("in", "last");
+    CDocxTable again = document.Table("t");
+    ASSERT_EQ(again.RowCount(), 4);
+    EXPECT_THROW(again.CellText(3, 1), COoxmlError);
+    EXPECT_EQ(again.CellText(4, 1), "last");
+    document.Save(m_folder.Path("out.docx"));
+    CDocx saved(m_folder.Path("out.docx"));
+    std::string texts;
+    for (int row = 1; row <= 4; ++row) {
+        texts += saved.Table("t").CellText(row, 1) + "|";
+    }
+    EXPECT_EQ(texts, "row 1|row 2|row 3|last|");
+}
+
 TEST_F(Docx, FormsStandInTheOrderOfTheDocument) {
     CDocx document(Write(MakeDocument(
         Paragraph("above") +
