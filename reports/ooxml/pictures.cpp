@@ -1,5 +1,8 @@
 #include "reports/ooxml/pictures.h"
 
+#include <zlib.h>
+
+#include <array>
 #include <cstdint>
 
 namespace {
@@ -8,6 +11,8 @@ constexpr double PointsPerInch = 72;
 constexpr double InchesPerMetre = 39.3700787;
 constexpr double UsualResolution = 96;
 constexpr std::uint32_t LongestSide = 65535;
+// Unpacked. No camera's picture comes near, and nobody waits for a file that pretends to hold more.
+constexpr std::uint64_t MostPixelBytes = 1U << 30U;
 
 // Reads beyond the end give 0; whoever cares about the end asks for it.
 class CByteReader {
@@ -23,6 +28,11 @@ public:
     std::uint32_t Little32(std::size_t at) const { return Little16(at + 2) << 16U | Little16(at); }
     std::string_view Text(std::size_t at, std::size_t length) const {
         return at < m_bytes.size() ? m_bytes.substr(at, length) : std::string_view();
+    }
+    // Where the text stands last; 0 if it doesn't stand at `from` or behind it.
+    std::size_t LastOf(std::string_view text, std::size_t from) const {
+        const std::size_t at = m_bytes.rfind(text);
+        return at == std::string_view::npos || at < from ? 0 : at;
     }
 
 private:
@@ -67,8 +77,8 @@ std::optional<PictureInfo> ReadJpeg(const CByteReader& file) {
             return std::nullopt;
         }
         if (marker == 0xDA) {
-            // The scan follows; its first bytes at least must be there.
-            return at + 2 + length + 2 <= file.Size()
+            // The scan follows, and behind it the mark of the picture's end, without which a part is missing.
+            return file.LastOf("\xFF\xD9", at + 2 + length + 1) != 0
                        ? Info("jpeg", "image/jpeg", width, height, resolutionX, resolutionY)
                        : std::nullopt;
         }
@@ -85,25 +95,105 @@ std::optional<PictureInfo> ReadJpeg(const CByteReader& file) {
     return std::nullopt;
 }
 
+// Bytes of the unpacked rows of a PNG, whose header has been found; 0 for what the format doesn't know.
+std::uint64_t PixelBytes(const CByteReader& file) {
+    const std::uint64_t width = file.Big32(16);
+    const std::uint64_t height = file.Big32(20);
+    const std::uint32_t depth = file.Byte(24);
+    const std::uint32_t type = file.Byte(25);
+    const std::uint32_t interlace = file.Byte(28);
+    const bool small = depth == 1 || depth == 2 || depth == 4;
+    const bool known = (type == 0 && (small || depth == 8 || depth == 16)) ||
+                       (type == 3 && (small || depth == 8)) ||
+                       ((type == 2 || type == 4 || type == 6) && (depth == 8 || depth == 16));
+    if (!known || file.Byte(26) != 0 || file.Byte(27) != 0 || interlace > 1 || width > LongestSide ||
+        height > LongestSide) {
+        return 0;
+    }
+    const std::uint64_t channels = type == 2 ? 3 : type == 4 ? 2 : type == 6 ? 4 : 1;
+    // Each row begins with a byte that tells its filter.
+    const auto bytes = [&](std::uint64_t columns, std::uint64_t rows) {
+        return columns == 0 ? 0 : rows * (1 + (columns * channels * depth + 7) / 8);
+    };
+    if (interlace == 0) {
+        return bytes(width, height);
+    }
+    struct Pass {
+        std::uint64_t X, Y, StepX, StepY;
+    };
+    constexpr Pass Passes[] = {{0, 0, 8, 8}, {4, 0, 8, 8}, {0, 4, 4, 8}, {2, 0, 4, 4},
+                               {0, 2, 2, 4}, {1, 0, 2, 2}, {0, 1, 1, 2}};
+    std::uint64_t sum = 0;
+    for (const Pass& pass : Passes) {
+        sum += bytes((width + pass.StepX - 1 - pass.X) / pass.StepX,
+                     (height + pass.StepY - 1 - pass.Y) / pass.StepY);
+    }
+    return sum;
+}
+
+// Unpacks the pieces of a PNG's data only to see that they are whole.
+class CPixelCheck {
+public:
+    explicit CPixelCheck(std::uint64_t expected) : m_left(expected) {
+        m_failed = expected == 0 || expected > MostPixelBytes || inflateInit(&m_stream) != Z_OK;
+    }
+    ~CPixelCheck() { inflateEnd(&m_stream); }
+    CPixelCheck(const CPixelCheck&) = delete;
+    CPixelCheck& operator=(const CPixelCheck&) = delete;
+
+    void Add(std::string_view piece) {
+        // The signature of the library; it only reads.
+        m_stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(piece.data()));
+        m_stream.avail_in = static_cast<uInt>(piece.size());
+        while (!m_failed && !m_ended) {
+            m_stream.next_out = m_unpacked.data();
+            m_stream.avail_out = static_cast<uInt>(m_unpacked.size());
+            const int result = inflate(&m_stream, Z_NO_FLUSH);
+            const std::uint64_t got = m_unpacked.size() - m_stream.avail_out;
+            m_ended = result == Z_STREAM_END;
+            m_failed = got > m_left || (result != Z_OK && result != Z_STREAM_END && result != Z_BUF_ERROR);
+            m_left -= m_failed ? 0 : got;
+            if (m_stream.avail_out != 0) {
+                break;  // all that is there is taken
+            }
+        }
+    }
+    bool IsWhole() const { return !m_failed && m_ended && m_left == 0; }
+
+private:
+    z_stream m_stream{};
+    std::array<Bytef, 32768> m_unpacked;
+    std::uint64_t m_left;
+    bool m_failed = false;
+    bool m_ended = false;
+};
+
 std::optional<PictureInfo> ReadPng(const CByteReader& file) {
     double resolutionX = 0;
     double resolutionY = 0;
-    bool hasData = false;
-    if (file.Text(12, 4) != "IHDR") {
+    if (file.Big32(8) != 13 || file.Text(12, 4) != "IHDR") {
         return std::nullopt;
     }
+    CPixelCheck pixels(PixelBytes(file));
     for (std::size_t at = 8; at + 12 <= file.Size();) {
         const std::size_t length = file.Big32(at);
         const std::string_view type = file.Text(at + 4, 4);
         if (length > file.Size() - at - 12) {
             return std::nullopt;
         }
+        const std::string_view checked = file.Text(at + 4, length + 4);
+        if (crc32(0, reinterpret_cast<const Bytef*>(checked.data()), static_cast<uInt>(checked.size())) !=
+            file.Big32(at + 8 + length)) {
+            return std::nullopt;
+        }
         if (type == "IEND") {
-            return hasData
+            return pixels.IsWhole()
                        ? Info("png", "image/png", file.Big32(16), file.Big32(20), resolutionX, resolutionY)
                        : std::nullopt;
         }
-        hasData = hasData || type == "IDAT";
+        if (type == "IDAT") {
+            pixels.Add(file.Text(at + 8, length));
+        }
         if (type == "pHYs" && length >= 9 && file.Byte(at + 16) == 1) {
             resolutionX = file.Big32(at + 8) / InchesPerMetre;
             resolutionY = file.Big32(at + 12) / InchesPerMetre;

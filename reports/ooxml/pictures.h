@@ -15,5 +15,7 @@ struct PictureInfo {
     double Height = 0;
 };
 
-// Nothing for all that isn't a JPEG, PNG or BMP with complete structure. Pixels aren't decoded.
+// Nothing for all that isn't a whole JPEG, PNG or BMP. The data of a PNG carries checksums, which are looked
+// at; of a JPEG no more than its structure and its end, since decoding thousands of pictures would take
+// minutes.
 std::optional<PictureInfo> ReadPictureInfo(std::string_view bytes);

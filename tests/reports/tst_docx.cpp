@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <zlib.h>
 
 #include <filesystem>
 
@@ -260,13 +261,71 @@ TEST_F(Docx, PicturesAreKnownByTheirContent) {
     const std::string png = m_folder.ReadFile("ui/clock0.png");
     ASSERT_TRUE(ReadPictureInfo(png));
     EXPECT_EQ(ReadPictureInfo(png)->PixelWidth, 160);
-    for (std::size_t size = 0; size < 40; ++size) {
-        EXPECT_FALSE(ReadPictureInfo(jpeg.substr(0, size))) << size;
+    EXPECT_TRUE(ReadPictureInfo(jpeg + "what a camera leaves behind"));
+    std::string empty = jpeg;
+    EXPECT_FALSE(ReadPictureInfo(empty.erase(jpeg.size() - 4, 2)));  // the end follows the scan's head
+    for (std::size_t size = 0; size < 200; ++size) {
+        EXPECT_FALSE(ReadPictureInfo(jpeg.substr(0, std::min(size, jpeg.size() - 1)))) << size;
         EXPECT_FALSE(ReadPictureInfo(png.substr(0, size))) << size;
-        EXPECT_FALSE(ReadPictureInfo(MakeBitmap(4, 4, 1).substr(0, size))) << size;
+        EXPECT_FALSE(ReadPictureInfo(MakeBitmap(4, 4, 1).substr(0, std::min<std::size_t>(size, 101))))
+            << size;
     }
     EXPECT_FALSE(ReadPictureInfo(png.substr(0, png.size() - 12)));
+    // One bit changed anywhere: in the size, in the data, in a checksum.
+    for (std::size_t at = 8; at < png.size(); at += png.size() / 150) {
+        std::string damaged = png;
+        damaged[at] = static_cast<char>(damaged[at] ^ 0x10);
+        EXPECT_FALSE(ReadPictureInfo(damaged)) << at;
+    }
     EXPECT_FALSE(ReadPictureInfo("<svg/>"));
+}
+
+// Right checksums around data that isn't what the head tells.
+TEST_F(Docx, PicturesHaveAsManyPixelsAsTheyTell) {
+    const auto big = [](unsigned long value) {
+        std::string text;
+        for (int shift = 24; shift >= 0; shift -= 8) {
+            text += static_cast<char>(value >> shift & 0xFF);
+        }
+        return text;
+    };
+    const auto bytes = [](const std::string& text) { return reinterpret_cast<const Bytef*>(text.data()); };
+    const auto chunk = [&](const std::string& content) {
+        return big(content.size() - 4) + content +
+               big(crc32(0, bytes(content), static_cast<uInt>(content.size())));
+    };
+    // `form`: bits of a channel, kind of colours, two zeros, whether it comes in passes.
+    const auto png = [&](unsigned long width, unsigned long height, const std::string& form,
+                         std::size_t raw) {
+        const std::string rows(raw, '\0');
+        uLongf size = compressBound(raw);
+        std::string packed(size, '\0');
+        compress(reinterpret_cast<Bytef*>(packed.data()), &size, bytes(rows), raw);
+        packed.resize(size);
+        return "\x89PNG\r\n\x1A\n" + chunk("IHDR" + big(width) + big(height) + form) +
+               chunk("IDAT" + packed.substr(0, 5)) + chunk("IDAT" + packed.substr(5)) + chunk("IEND");
+    };
+    struct Case {
+        std::string Form;
+        std::size_t Raw;
+    };
+    // 10 x 9 pixels.
+    const std::vector<Case> cases{
+        {{"\1\0\0\0\0", 5}, 9 * (1 + 2)},
+        {{"\x10\0\0\0\0", 5}, 9 * (1 + 20)},
+        {{"\4\3\0\0\0", 5}, 9 * (1 + 5)},
+        {{"\x08\2\0\0\0", 5}, 9 * (1 + 30)},
+        {{"\x08\4\0\0\0", 5}, 9 * (1 + 20)},
+        {{"\x10\6\0\0\0", 5}, 9 * (1 + 80)},
+        // 2x2, 1x2, 3x1, 2x3, 5x2, 5x5, 10x4
+        {{"\x08\2\0\0\1", 5}, 2 * 7 + 2 * 4 + 10 + 3 * 7 + 2 * 16 + 5 * 16 + 4 * 31}};
+    for (const Case& c : cases) {
+        EXPECT_TRUE(ReadPictureInfo(png(10, 9, c.Form, c.Raw))) << c.Raw;
+        EXPECT_FALSE(ReadPictureInfo(png(10, 9, c.Form, c.Raw - 1))) << c.Raw;
+        EXPECT_FALSE(ReadPictureInfo(png(10, 9, c.Form, c.Raw + 1))) << c.Raw;
+    }
+    EXPECT_FALSE(ReadPictureInfo(png(10, 9, {"\2\2\0\0\0", 5}, 9 * (1 + 8))));  // no such form
+    EXPECT_TRUE(ReadPictureInfo(png(3, 40000, {"\x08\2\0\0\0", 5}, 40000 * 10)));
 }
 
 TEST_F(Docx, ChartsCarryTheirNumbersTwice) {
