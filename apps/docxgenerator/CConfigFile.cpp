@@ -18,7 +18,7 @@ constexpr const char* ManholeText = "检查井缺陷";
 const ConfigElement& Child(const ConfigElement& parent, const char* name) {
     const ConfigElement* child = parent.FirstChildElement(name);
     if (child == nullptr) {
-        throw CConfigError(std::string(parent.Name()) + ": no element " + name);
+        throw CConfigError(ConfigFault::NoElement, {parent.Name(), name});
     }
     return *child;
 }
@@ -48,8 +48,8 @@ std::vector<const ConfigElement*> Numbered(const ConfigElement& project, std::st
 
 void ExpectSize(const char* name, std::size_t size, std::size_t expected) {
     if (size != expected) {
-        throw CConfigError(std::string(name) + ": " + FormatInt(static_cast<std::int64_t>(size)) +
-                           " elements, not " + FormatInt(static_cast<std::int64_t>(expected)));
+        throw CConfigError(ConfigFault::Count, {name, FormatInt(static_cast<std::int64_t>(size)),
+                                                FormatInt(static_cast<std::int64_t>(expected))});
     }
 }
 
@@ -64,7 +64,7 @@ std::int64_t NumberOf(const ConfigElement& element, const char* name) {
     const std::string text = ValueOf(element, name);
     const std::optional<std::int64_t> number = ParseWholeInt(text);
     if (!number || *number < 0 || *number > LargestNumber) {
-        throw CConfigError(std::string(element.Name()) + ": " + name + " is \"" + text + "\" and no number");
+        throw CConfigError(ConfigFault::NoNumber, {element.Name(), name, text});
     }
     return *number;
 }
@@ -102,10 +102,10 @@ CConfigFile::CConfigFile(std::string_view bytes) {
     // No character that means something in XML is part of another one in the code page.
     const std::string text = Utf8FromGbk(bytes);
     if (m_xml.Parse(text.data(), text.size()) != tinyxml2::XML_SUCCESS) {
-        throw CConfigError("line " + FormatInt(m_xml.ErrorLineNum()) + " is no XML");
+        throw CConfigError(ConfigFault::NoXml, {FormatInt(m_xml.ErrorLineNum())});
     }
     if (m_xml.RootElement() == nullptr || std::string_view(m_xml.RootElement()->Name()) != "ProjectInfo") {
-        throw CConfigError("no element ProjectInfo");
+        throw CConfigError(ConfigFault::NoElement, {"XML", "ProjectInfo"});
     }
     ReadSections();
     JoinRecords();

@@ -11,12 +11,24 @@
 #include <string_view>
 #include <vector>
 
+#include "shell/language.h"
+
 using ConfigElement = tinyxml2::XMLElement;
 
-// Its text names the place of the fault.
+// What is wrong with the file, as the number of its text.
+enum class ConfigFault {
+    NoElement = 3218,  // what it should be in, and its name
+    Count = 3219,      // what is counted, how many there are and should be
+    NoNumber = 3220,   // the element, the attribute and its value
+    NoXml = 3221,      // the line
+    NoDefect = 3222,   // the unknown name
+};
+
+// Its text names the place of the fault, in the operator's language.
 class CConfigError : public std::runtime_error {
 public:
-    using std::runtime_error::runtime_error;
+    CConfigError(ConfigFault fault, const std::vector<std::string>& values)
+        : std::runtime_error(FillText(LoadMessage(static_cast<int>(fault)), values)) {}
 };
 
 // Empty if the element hasn't it: what doesn't apply, such as an index without defects, is left out.

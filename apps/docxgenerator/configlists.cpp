@@ -68,8 +68,7 @@ void ReadIndex(const ConfigElement& evaluation, const char* name, std::size_t de
     }
     const std::optional<double> index = ParseWholeDouble(text);
     if (!index) {
-        throw CConfigError(std::string(evaluation.Name()) + ": " + name + " is \"" + text +
-                           "\" and no number");
+        throw CConfigError(ConfigFault::NoNumber, {evaluation.Name(), name, text});
     }
     level = FullIndexLevel(static_cast<float>(*index));
     count = static_cast<std::uint32_t>(std::max<std::size_t>(defects, 1));
@@ -108,8 +107,8 @@ void AppendPipes(TextList& strings, const CConfigFile& config) {
     }
     const std::vector<const ConfigElement*> pipes = config.Rows("PipeSections");
     if (pipes.size() != labels.size()) {
-        throw CConfigError("PipeSections: " + CountText(pipes.size()) + " elements, not " +
-                           CountText(labels.size()));
+        throw CConfigError(ConfigFault::Count,
+                           {"PipeSections", CountText(pipes.size()), CountText(labels.size())});
     }
     const std::string diameter = LoadMessage(2475);
     float total = 0.0F;  // as the reports have always added it
@@ -136,7 +135,7 @@ void AppendTypes(ReportLists& lists, const CConfigFile& config) {
         const auto type = std::find_if(types.begin(), types.end(),
                                        [&](const DefectType& known) { return name == known.Label; });
         if (type == types.end()) {
-            throw CConfigError("PieCharts: there is no defect " + name);
+            throw CConfigError(ConfigFault::NoDefect, {name});
         }
         lists.Codes.emplace_back(type->Code);
         lists.Names.push_back(name);
@@ -221,7 +220,7 @@ void AppendForms(ReportLists& lists, const CConfigFile& config) {
 ManholeCounts ReadManholes(const CConfigFile& config) {
     const std::vector<const ConfigElement*> rows = config.Rows("Jcjs");
     if (rows.size() != ManholeTypes) {
-        throw CConfigError("Jcjs: " + CountText(rows.size()) + " elements, not " + CountText(ManholeTypes));
+        throw CConfigError(ConfigFault::Count, {"Jcjs", CountText(rows.size()), CountText(ManholeTypes)});
     }
     ManholeCounts counts{};
     for (std::size_t type = 0; type < ManholeTypes; ++type) {

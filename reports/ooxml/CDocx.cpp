@@ -25,7 +25,7 @@ const std::string Drawing = "http://schemas.openxmlformats.org/drawingml/2006/";
 std::string ReadTemplate(std::string_view path) {
     std::optional<std::string> bytes = HostFiles().ReadFile(path, LargestTemplate);
     if (!bytes) {
-        throw COoxmlError("the file can't be read: " + HostFiles().HostPath(path));
+        throw COoxmlError(OoxmlFault::NotRead, {HostFiles().HostPath(path)});
     }
     return std::move(*bytes);
 }
@@ -64,12 +64,12 @@ CDocx::CDocx(std::string_view path) : m_package(ReadTemplate(path)) {
     m_mainPart = m_package.Related({}, "officeDocument");
     const std::string type = m_package.MediaType(m_mainPart);
     if (type != WordTypes + "document.main+xml" && type != WordTypes + "template.main+xml") {
-        throw COoxmlError("the file is neither a document nor a template of a word processor");
+        throw COoxmlError(OoxmlFault::NoDocument);
     }
     ParseXml(m_xml, m_package.Bytes(m_mainPart), m_mainPart);
     if (!Is(m_xml.RootElement(), "w:document") || Attribute(m_xml.RootElement(), "xmlns:w") != WordSpace ||
         Child(m_xml.RootElement(), "w:body") == nullptr) {
-        throw COoxmlError(m_mainPart + " holds no text");
+        throw COoxmlError(OoxmlFault::DamagedPart, {m_mainPart});
     }
     m_package.SetMediaType(m_mainPart, WordTypes + "document.main+xml");
     FindBookmarks();
@@ -109,7 +109,7 @@ std::vector<std::string> CDocx::BookmarkNames() const {
 CDocx::Range CDocx::Find(std::string_view bookmark) {
     const auto found = m_bookmarks.find(Folded(bookmark));
     if (found == m_bookmarks.end()) {
-        throw COoxmlError("the template has no bookmark " + std::string(bookmark));
+        throw COoxmlError(OoxmlFault::NoBookmark, {std::string(bookmark)});
     }
     Range& range = found->second;
     if (range.End == nullptr) {
@@ -158,7 +158,7 @@ CDocx::Range CDocx::Clear(std::string_view bookmark) {
     XmlElement* first = Ancestor(range.Start, "w:p");
     XmlElement* last = Ancestor(range.End, "w:p");
     if (range.Start->Parent() != first || range.End->Parent() != last || first->Parent() != last->Parent()) {
-        throw COoxmlError("the bookmark " + std::string(bookmark) + " doesn't stand around plain text");
+        throw COoxmlError(OoxmlFault::NoPlainText, {std::string(bookmark)});
     }
     const auto clearFrom = [&](XmlNode* node) {
         while (node != nullptr && node != range.End) {
@@ -173,7 +173,7 @@ CDocx::Range CDocx::Clear(std::string_view bookmark) {
     if (first != last) {
         for (XmlNode* node = first->NextSibling(); node != last;) {
             if (node == nullptr) {
-                throw COoxmlError("the bookmark " + std::string(bookmark) + " ends before it begins");
+                throw COoxmlError(OoxmlFault::NoPlainText, {std::string(bookmark)});
             }
             XmlNode* next = node->NextSibling();
             Remove(node);
@@ -226,7 +226,7 @@ XmlElement* CDocx::FirstTable(std::string_view bookmark) {
             return node->ToElement();
         }
     }
-    throw COoxmlError("the bookmark " + std::string(bookmark) + " has no table");
+    throw COoxmlError(OoxmlFault::NoTable, {std::string(bookmark)});
 }
 
 CDocxTable CDocx::Table(std::string_view bookmark) {
@@ -382,6 +382,6 @@ bool CDocx::Write(const CUnixFile& file) {
 
 void CDocx::Save(std::string_view path) {
     if (!HostFiles().WriteFile(path, [this](const CUnixFile& file) { return Write(file); })) {
-        throw COoxmlError("the document can't be written: " + HostFiles().HostPath(path));
+        throw COoxmlError(OoxmlFault::NotWritten, {HostFiles().HostPath(path)});
     }
 }

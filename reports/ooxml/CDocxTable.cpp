@@ -36,11 +36,11 @@ CDocxTable::CDocxTable(CDocx& document, XmlElement* table, std::string name)
 
 XmlElement* CDocxTable::Row(int row) const {
     if (row < 1 || row > RowCount()) {
-        throw COoxmlError("the table " + m_name + " has no row " + FormatInt(row));
+        throw COoxmlError(OoxmlFault::NoRow, {m_name, FormatInt(row)});
     }
     XmlElement* found = m_rows[static_cast<std::size_t>(row) - 1];
     if (found == nullptr) {
-        throw COoxmlError("the table " + m_name + " has finished row " + FormatInt(row));
+        throw COoxmlError(OoxmlFault::NoRow, {m_name, FormatInt(row)});
     }
     return found;
 }
@@ -49,8 +49,7 @@ XmlElement* CDocxTable::Cell(int row, int column) const {
     std::vector<XmlElement*> cells;
     Collect(Row(row), "w:tc", cells);
     if (column < 1 || static_cast<std::size_t>(column) > cells.size()) {
-        throw COoxmlError("the table " + m_name + " has no cell " + FormatInt(column) + " in row " +
-                          FormatInt(row));
+        throw COoxmlError(OoxmlFault::NoCell, {m_name, FormatInt(row), FormatInt(column)});
     }
     return cells[static_cast<std::size_t>(column) - 1];
 }

@@ -66,7 +66,7 @@ ZipEntry& CPackage::Entry(const std::string& name) {
 const std::string& CPackage::Bytes(const std::string& name) const {
     const auto found = m_byName.find(name);
     if (found == m_byName.end()) {
-        throw COoxmlError("the document has no part " + name);
+        throw COoxmlError(OoxmlFault::DamagedPart, {name});
     }
     return m_entries[found->second].Bytes;
 }

@@ -119,8 +119,7 @@ std::string SheetRow(int row, const std::vector<std::string>& texts, bool number
 
 void CheckChart(const ChartSpec& spec) {
     if (spec.Values.empty() || spec.Values.size() > MostColumns || spec.Names.size() != spec.Values.size()) {
-        throw COoxmlError("a chart can't be drawn from " +
-                          FormatInt(static_cast<std::int64_t>(spec.Values.size())) + " values");
+        throw COoxmlError(OoxmlFault::NoChart, {FormatInt(static_cast<std::int64_t>(spec.Values.size()))});
     }
 }
 

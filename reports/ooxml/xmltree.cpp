@@ -104,15 +104,15 @@ std::size_t CharacterLength(std::string_view text, std::size_t at, char32_t& cod
 
 void ParseXml(tinyxml2::XMLDocument& document, std::string_view bytes, const std::string& partName) {
     if (bytes.size() > LongestXml) {
-        throw COoxmlError(partName + " is too large");
+        throw COoxmlError(OoxmlFault::TooLarge);
     }
     if (bytes.find("<!DOCTYPE") != bytes.npos) {
-        throw COoxmlError(partName + " has a document type");
+        throw COoxmlError(OoxmlFault::DamagedPart, {partName});
     }
     const std::string kept = KeepBlankTexts(bytes);
     if (document.Parse(kept.data(), kept.size()) != tinyxml2::XML_SUCCESS ||
         document.RootElement() == nullptr) {
-        throw COoxmlError(partName + " is not well-formed XML");
+        throw COoxmlError(OoxmlFault::DamagedPart, {partName});
     }
 }
 

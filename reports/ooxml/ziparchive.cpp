@@ -9,7 +9,6 @@
 
 #include "reports/ooxml/COoxmlError.h"
 #include "shell/CUnixFile.h"
-#include "shell/numbers.h"
 
 namespace {
 
@@ -28,10 +27,10 @@ bool IsPlainName(std::string_view name) {
            ("/" + std::string(name) + "/").find("/../") == std::string::npos;
 }
 
-std::string ReadEntry(zip_t* archive, zip_uint64_t index, std::size_t size) {
+std::string ReadEntry(zip_t* archive, zip_uint64_t index, const std::string& name, std::size_t size) {
     const std::unique_ptr<zip_file_t, CloseEntry> entry(zip_fopen_index(archive, index, 0));
     if (!entry) {
-        throw COoxmlError("an entry of the archive can't be opened");
+        throw COoxmlError(OoxmlFault::DamagedPart, {name});
     }
     // One byte more than told, so that the end, where the checksum is compared, is reached.
     std::string bytes(size + 1, '\0');
@@ -39,7 +38,7 @@ std::string ReadEntry(zip_t* archive, zip_uint64_t index, std::size_t size) {
     for (;;) {
         const zip_int64_t part = zip_fread(entry.get(), bytes.data() + got, bytes.size() - got);
         if (part < 0) {
-            throw COoxmlError("an entry of the archive is damaged");
+            throw COoxmlError(OoxmlFault::DamagedPart, {name});
         }
         got += static_cast<std::size_t>(part);
         if (part == 0 || got > size) {
@@ -47,7 +46,7 @@ std::string ReadEntry(zip_t* archive, zip_uint64_t index, std::size_t size) {
         }
     }
     if (got != size) {
-        throw COoxmlError("an entry of the archive has another size than told");
+        throw COoxmlError(OoxmlFault::DamagedPart, {name});
     }
     bytes.resize(size);
     return bytes;
@@ -177,11 +176,11 @@ std::vector<ZipEntry> ReadZip(std::string_view bytes, const ZipLimits& limits) {
     const Archive archive =
         OpenSource(zip_source_buffer_create(bytes.data(), bytes.size(), 0, nullptr), ZIP_RDONLY);
     if (!archive) {
-        throw COoxmlError("the file is not an archive");
+        throw COoxmlError(OoxmlFault::NoDocument);
     }
     const auto count = static_cast<std::size_t>(zip_get_num_entries(archive.get(), 0));
     if (count > limits.Entries) {
-        throw COoxmlError("the archive has " + FormatInt(static_cast<std::int64_t>(count)) + " entries");
+        throw COoxmlError(OoxmlFault::TooLarge);
     }
     std::vector<ZipEntry> entries;
     std::unordered_set<std::string> names;
@@ -191,20 +190,20 @@ std::vector<ZipEntry> ReadZip(std::string_view bytes, const ZipLimits& limits) {
         zip_stat_init(&about);
         if (zip_stat_index(archive.get(), i, 0, &about) != 0 || (about.valid & ZIP_STAT_NAME) == 0 ||
             (about.valid & ZIP_STAT_SIZE) == 0) {
-            throw COoxmlError("the archive's directory is damaged");
+            throw COoxmlError(OoxmlFault::NoDocument);
         }
         const std::string name = about.name;
         if (name.ends_with('/')) {
             continue;
         }
         if (!IsPlainName(name) || !names.insert(name).second) {
-            throw COoxmlError("the archive has an entry of a bad name");
+            throw COoxmlError(OoxmlFault::DamagedPart, {name});
         }
         // What is unpacked is never more than what is told here, see ReadEntry.
         if (about.size > limits.EntryBytes || (total += about.size) > limits.TotalBytes) {
-            throw COoxmlError("the archive is too large unpacked");
+            throw COoxmlError(OoxmlFault::TooLarge);
         }
-        entries.push_back({name, ReadEntry(archive.get(), i, about.size), {}, 6});
+        entries.push_back({name, ReadEntry(archive.get(), i, name, about.size), {}, 6});
     }
     return entries;
 }
@@ -223,7 +222,7 @@ std::string WriteZip(const std::vector<ZipEntry>& entries) {
     zip_source_t* memory = zip_source_buffer_create(nullptr, 0, 0, nullptr);
     Archive archive = OpenSource(memory, ZIP_TRUNCATE);
     if (!archive) {
-        throw COoxmlError("no archive can be made");
+        throw COoxmlError(OoxmlFault::NoArchive);
     }
     // The archive gives up its hold when it closes; the content is read after that.
     zip_source_keep(memory);
@@ -239,5 +238,5 @@ std::string WriteZip(const std::vector<ZipEntry>& entries) {
             return bytes;
         }
     }
-    throw COoxmlError("the archive could not be written");
+    throw COoxmlError(OoxmlFault::NoArchive);
 }

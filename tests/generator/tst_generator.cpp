@@ -199,6 +199,8 @@ TEST_F(Generator, WhatFailsIsToldAndLeavesTheDocumentAlone) {
     WriteConfig(good);
     fs::copy_file(m_folder.Host("GB.dotx"), m_folder.Host("CQ.dotx"), fs::copy_options::overwrite_existing);
     expectFailure(usual, LoadMessage(3250));
+    // What exactly is missing is told in the same language.
+    EXPECT_NE(Error().find("模板中没有书签“tblPrjData”。"), std::string::npos) << Error();
     fs::remove(m_folder.Host("CQ.dotx"));
     expectFailure(usual, LoadMessage(2388));
     fs::remove(m_folder.Host("word/config.xml"));
