@@ -89,7 +89,10 @@ void CDocx::FindBookmarks() {
                 m_bookmarks[found->second].End = element;
             }
         } else if (Is(element, "wp:docPr")) {
-            m_lastDrawing = std::max(m_lastDrawing, ParseInt(Attribute(element, "id")));
+            const int number = ParseInt(Attribute(element, "id"));
+            if (number < LargestCountedNumber) {
+                m_lastDrawing = std::max(m_lastDrawing, number);
+            }
         }
     });
 }

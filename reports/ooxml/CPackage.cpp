@@ -169,8 +169,9 @@ std::string CPackage::Relate(const std::string& from, const std::string& type, c
         for (const XmlElement* entry = root->FirstChildElement(); entry != nullptr;
              entry = entry->NextSiblingElement()) {
             const std::string id = Attribute(entry, "Id");
-            if (id.starts_with("rId")) {
-                last = std::max(last, ParseInt(id.substr(3)));
+            const int number = id.starts_with("rId") ? ParseInt(id.substr(3)) : 0;
+            if (number < LargestCountedNumber) {
+                last = std::max(last, number);
             }
         }
     }

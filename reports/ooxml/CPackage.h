@@ -11,6 +11,10 @@
 
 #include "reports/ooxml/ziparchive.h"
 
+// Numbers go on from the largest one in use, but not from any up here: some writers draw them by lot, and
+// behind the largest of all there is none.
+inline constexpr int LargestCountedNumber = 1'000'000'000;
+
 class CPackage {
 public:
     // Throws COoxmlError.

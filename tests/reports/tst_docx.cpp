@@ -210,9 +210,11 @@ TEST_F(Docx, PicturesAreStoredOnceAndShownInTheirSize) {
     const std::string equal = m_folder.WriteFile("p/b.bmp", red);
     const std::string other = m_folder.WriteFile("p/c.bmp", MakeBitmap(2000, 10, 0xFF00));
     CDocx document(Write(MakeDocument(
-        "<w:p>" + Bookmark("map", "<w:r><w:drawing><old/></w:drawing></w:r>") + "</w:p><w:p>" +
-        Bookmark("none", "") + "</w:p>" +
-        Bookmark("t", MakeTable("<w:tr>" + Cell(Paragraph("x")) + Cell("<w:p/>") + "</w:tr>")) + "<w:p/>")));
+        "<w:p><w:r><w:drawing><wp:docPr id=\"2147483647\"/><wp:docPr "
+        "id=\"6\"/></w:drawing></w:r></w:p><w:p>" +
+        Bookmark("map", "<w:r><w:drawing><old/></w:drawing></w:r>") + "</w:p><w:p>" + Bookmark("none", "") +
+        "</w:p>" + Bookmark("t", MakeTable("<w:tr>" + Cell(Paragraph("x")) + Cell("<w:p/>") + "</w:tr>")) +
+        "<w:p/>")));
     const auto picture = document.LoadPicture(first);
     ASSERT_TRUE(picture);
     EXPECT_EQ(picture->Width, 72);
@@ -237,7 +239,7 @@ TEST_F(Docx, PicturesAreStoredOnceAndShownInTheirSize) {
     EXPECT_EQ(parts.count("word/media/image3.bmp"), 0U);
     EXPECT_NE(parts["[Content_Types].xml"].find(R"(Extension="bmp" ContentType="image/bmp")"),
               std::string::npos);
-    for (const char* id : {R"(docPr id="1")", R"(docPr id="2")", R"(docPr id="3")"}) {
+    for (const char* id : {R"(docPr id="7")", R"(docPr id="8")", R"(docPr id="9")"}) {
         EXPECT_EQ(CountOf(xml, id), 1);
     }
     // What can't be read any more when the document is saved leaves the former document.
