@@ -1,5 +1,7 @@
 #include "reports/ooxml/chart.h"
 
+#include <algorithm>
+
 #include "reports/ooxml/COoxmlError.h"
 #include "reports/ooxml/xmltree.h"
 #include "reports/ooxml/ziparchive.h"
@@ -70,7 +72,9 @@ std::string Labels(bool value, bool name, bool share) {
 std::string ColumnsPlot(const ChartSpec& spec) {
     const std::string series =
         Series(spec, Fill(Accent) + R"(<c:invertIfNegative val="0"/>)", Labels(true, false, false));
-    // Counts are whole numbers, so no line of the grid stands for a half.
+    // Counts are whole numbers. Small axes are divided into halves by themselves, large ones never.
+    constexpr long long LargestOfSmallAxes = 10;
+    const bool small = *std::max_element(spec.Values.begin(), spec.Values.end()) <= LargestOfSmallAxes;
     return R"(<c:view3D><c:rotX val="15"/><c:rotY val="20"/><c:rAngAx val="1"/></c:view3D>)"
            R"(<c:plotArea><c:layout/><c:bar3DChart><c:barDir val="col"/><c:grouping val="clustered"/>)"
            R"(<c:varyColors val="0"/>)" +
@@ -88,7 +92,8 @@ std::string ColumnsPlot(const ChartSpec& spec) {
            Line("D5DBE1") +
            R"(</c:majorGridlines><c:numFmt formatCode="0" sourceLinked="0"/><c:majorTickMark val="none"/>)"
            R"(<c:minorTickMark val="none"/><c:tickLblPos val="nextTo"/><c:crossAx val="100001"/>)"
-           R"(<c:crosses val="autoZero"/><c:crossBetween val="between"/></c:valAx></c:plotArea>)";
+           R"(<c:crosses val="autoZero"/><c:crossBetween val="between"/>)" +
+           (small ? R"(<c:majorUnit val="1"/>)" : "") + "</c:valAx></c:plotArea>";
 }
 
 std::string PiePlot(const ChartSpec& spec) {

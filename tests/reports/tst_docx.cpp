@@ -352,10 +352,13 @@ TEST_F(Docx, ChartsCarryTheirNumbersTwice) {
     for (const char* part :
          {"<c:bar3DChart><c:barDir val=\"col\"/><c:grouping val=\"clustered\"/>",
           "<c:f>Sheet1!$A$1:$C$1</c:f>", "<c:f>Sheet1!$A$2:$C$2</c:f>", "<c:v>2级</c:v>",
-          "<c:pt idx=\"2\"><c:v>2</c:v>", "<c:showVal val=\"1\"/>", "<c:autoTitleDeleted val=\"1\"/>"}) {
+          "<c:pt idx=\"2\"><c:v>2</c:v>", "<c:showVal val=\"1\"/>", "<c:autoTitleDeleted val=\"1\"/>",
+          "<c:crossBetween val=\"between\"/><c:majorUnit val=\"1\"/></c:valAx>"}) {
         EXPECT_NE(columns.find(part), std::string::npos) << part;
     }
     EXPECT_EQ(columns.find("<c:legend>"), std::string::npos);
+    EXPECT_EQ(ChartXml({ChartKind::Columns, 1, {"1级"}, {11}, 400, 250}, "rId1").find("majorUnit"),
+              std::string::npos);
     const std::string round = parts["word/charts/chart2.xml"];
     for (const char* part : {"<c:pie3DChart>", "<c:rotX val=\"70\"/>", "<c:legendPos val=\"b\"/>",
                              "<c:showCatName val=\"1\"/>", "<c:showPercent val=\"1\"/>",
