@@ -1,8 +1,10 @@
 #include "reports/ooxml/xmltree.h"
 
 #include <cstring>
+#include <vector>
 
 #include "reports/ooxml/COoxmlError.h"
+#include "shell/numbers.h"
 
 namespace {
 
@@ -23,19 +25,54 @@ public:
         return true;
     }
     using XMLPrinter::Visit;
+
+    // Line feeds and tabs of attributes go as references: as they are, readers take them for blanks.
+    bool VisitEnter(const XmlElement& element, const tinyxml2::XMLAttribute* attribute) override {
+        OpenElement(element.Name(), true);
+        for (; attribute != nullptr; attribute = attribute->Next()) {
+            const std::string_view value = attribute->Value();
+            if (value.find_first_of("\t\n\r") == value.npos) {
+                PushAttribute(attribute->Name(), attribute->Value());
+            } else {
+                const std::string escaped =
+                    " " + std::string(attribute->Name()) + "=\"" + WithBreaks(Escape(value)) + "\"";
+                Write(escaped.data(), escaped.size());
+            }
+        }
+        return true;
+    }
+    using XMLPrinter::VisitEnter;
+
+private:
+    static std::string WithBreaks(const std::string& text) {
+        std::string changed;
+        for (const char c : text) {
+            if (c == '\t' || c == '\n' || c == '\r') {
+                changed += "&#" + FormatInt(c) + ";";
+            } else {
+                changed += c;
+            }
+        }
+        return changed;
+    }
 };
 
-// The parser drops a text that is nothing but blanks, and with it the blank between two words of a template
-// that stand in runs of their own. As a character reference it stays.
-std::string KeepBlankTexts(std::string_view xml) {
+// What the parser would change:
+//
+// - It drops a text that is nothing but blanks, and with it the blank between two words of a template that
+//   stand in runs of their own. As a character reference it stays.
+// - It keeps a line break in an attribute, which stands for a blank.
+std::string PrepareForParser(std::string_view xml) {
     std::string kept;
     kept.reserve(xml.size() + 64);
+    std::vector<std::size_t> breaks;  // in the attributes of a tag
     std::size_t at = 0;
     while (at < xml.size()) {
         const std::size_t tag = xml.find('<', at);
         if (tag == xml.npos) {
             break;
         }
+        breaks.clear();
         std::string_view end = ">";
         if (xml.substr(tag).starts_with("<!--")) {
             end = "-->";
@@ -50,6 +87,9 @@ std::string KeepBlankTexts(std::string_view xml) {
             for (; close < xml.size() && (quote != 0 || xml[close] != '>'); ++close) {
                 if (quote != 0) {
                     quote = xml[close] == quote ? '\0' : quote;
+                    if (xml[close] == '\t' || xml[close] == '\n' || xml[close] == '\r') {
+                        breaks.push_back(close - at);
+                    }
                 } else if (xml[close] == '"' || xml[close] == '\'') {
                     quote = xml[close];
                 }
@@ -59,7 +99,12 @@ std::string KeepBlankTexts(std::string_view xml) {
             close = close == xml.npos ? xml.size() : close + end.size() - 1;
         }
         const std::size_t behind = std::min(close + 1, xml.size());
+        const std::size_t begin = kept.size();
         kept += xml.substr(at, behind - at);
+        for (auto place = breaks.rbegin(); place != breaks.rend(); ++place) {
+            const bool pair = xml.substr(at + *place, 2) == "\r\n";
+            kept.replace(begin + *place, 1, pair ? "" : " ");
+        }
         at = behind;
         const char first = tag + 1 < xml.size() ? xml[tag + 1] : '\0';
         if (end != ">" || first == '/' || first == '!' || xml[behind - 2] == '/') {
@@ -109,7 +154,7 @@ void ParseXml(tinyxml2::XMLDocument& document, std::string_view bytes, const std
     if (bytes.find("<!DOCTYPE") != bytes.npos) {
         throw COoxmlError(OoxmlFault::DamagedPart, {partName});
     }
-    const std::string kept = KeepBlankTexts(bytes);
+    const std::string kept = PrepareForParser(bytes);
     if (document.Parse(kept.data(), kept.size()) != tinyxml2::XML_SUCCESS ||
         document.RootElement() == nullptr) {
         throw COoxmlError(OoxmlFault::DamagedPart, {partName});

@@ -53,6 +53,12 @@ TEST_F(Docx, WhatIsNotTouchedStays) {
     // What comes out is a document, not a template.
     EXPECT_NE(parts["[Content_Types].xml"].find("document.main+xml"), std::string::npos);
     EXPECT_EQ(parts["[Content_Types].xml"].find("template.main+xml"), std::string::npos);
+    // A break in an attribute stays one, and what readers take for a blank becomes one.
+    CDocx breaks(Write(MakeDocument("<w:p x:a=\"1&#10;2&#9;3&#13;&amp;'\" x:b='4\n5\r\n6\t7'/>")));
+    EXPECT_NE(SavedText(breaks).find("<w:p x:a=\"1&#10;2&#9;3&#13;&amp;'\" x:b=\"4 5 6 7\"/>"),
+              std::string::npos)
+        << SavedText(breaks);
+    document.Save(m_folder.Path("out.docx"));
     const std::string file = m_folder.ReadFile("out.docx");
     EXPECT_EQ(ReadZip(file).front().Name, "[Content_Types].xml");
     // A document opens as well, and equal content makes equal files.
