@@ -50,36 +50,6 @@ private:
     iconv_t m_handle;
 };
 
-// Length of the UTF-8 character at the start of the text; 0 if there is none.
-std::size_t Utf8CharLength(std::string_view text) {
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const auto tail = [&](std::size_t i) { return i < text.size() && (byte(i) & 0xC0) == 0x80; };
-    if (text.empty()) {
-        return 0;
-    }
-    const unsigned char lead = byte(0);
-    if (lead < 0x80) {
-        return 1;
-    }
-    if (lead >= 0xC2 && lead <= 0xDF) {
-        return tail(1) ? 2 : 0;
-    }
-    if (lead >= 0xE0 && lead <= 0xEF) {
-        if (!tail(1) || !tail(2) || (lead == 0xE0 && byte(1) < 0xA0) || (lead == 0xED && byte(1) > 0x9F)) {
-            return 0;
-        }
-        return 3;
-    }
-    if (lead >= 0xF0 && lead <= 0xF4) {
-        if (!tail(1) || !tail(2) || !tail(3) || (lead == 0xF0 && byte(1) < 0x90) ||
-            (lead == 0xF4 && byte(1) > 0x8F)) {
-            return 0;
-        }
-        return 4;
-    }
-    return 0;
-}
-
 bool IsGbkLead(char c) {
     const auto byte = static_cast<unsigned char>(c);
     return byte >= 0x81 && byte <= 0xFE;
@@ -182,6 +152,35 @@ std::string Utf8FromGbk(std::string_view gbk) {
 
 std::string ThroughGbk(std::string_view utf8) {
     return IsAscii(utf8) ? std::string(utf8) : Utf8FromGbk(GbkFromUtf8(utf8));
+}
+
+std::size_t Utf8CharLength(std::string_view text) {
+    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    const auto tail = [&](std::size_t i) { return i < text.size() && (byte(i) & 0xC0) == 0x80; };
+    if (text.empty()) {
+        return 0;
+    }
+    const unsigned char lead = byte(0);
+    if (lead < 0x80) {
+        return 1;
+    }
+    if (lead >= 0xC2 && lead <= 0xDF) {
+        return tail(1) ? 2 : 0;
+    }
+    if (lead >= 0xE0 && lead <= 0xEF) {
+        if (!tail(1) || !tail(2) || (lead == 0xE0 && byte(1) < 0xA0) || (lead == 0xED && byte(1) > 0x9F)) {
+            return 0;
+        }
+        return 3;
+    }
+    if (lead >= 0xF0 && lead <= 0xF4) {
+        if (!tail(1) || !tail(2) || !tail(3) || (lead == 0xF0 && byte(1) < 0x90) ||
+            (lead == 0xF4 && byte(1) > 0x8F)) {
+            return 0;
+        }
+        return 4;
+    }
+    return 0;
 }
 
 bool IsValidUtf8(std::string_view text) {

@@ -13,6 +13,8 @@ std::string Utf8FromGbk(std::string_view gbk);
 // The text as it looks after a trip through the code page.
 std::string ThroughGbk(std::string_view utf8);
 
+// Bytes of the UTF-8 character at the beginning; 0 if there is none.
+std::size_t Utf8CharLength(std::string_view text);
 bool IsValidUtf8(std::string_view text);
 
 // Every count of characters in a rule of the system counts bytes of the code page.

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "shell/textcodec.h"
+#include "reports/ooxml/xmltext.h"
 
 namespace {
 
@@ -26,20 +26,7 @@ std::size_t Units(std::string_view utf8) {
 
 // What a cell can hold of a text that isn't one, or is too long.
 std::string Mended(std::string_view text) {
-    std::string clean;
-    if (IsXmlText(text)) {
-        clean = text;
-    } else {
-        for (std::size_t at = 0, length = 1; at < text.size(); at += length) {
-            length = 1;
-            while (length < 4 && !IsValidUtf8(text.substr(at, length))) {
-                ++length;
-            }
-            const std::string_view character = text.substr(at, length);
-            clean += IsXmlText(character) ? character : "\xEF\xBF\xBD";
-            length = IsValidUtf8(character) ? character.size() : 1;
-        }
-    }
+    std::string clean = MendXmlText(text);
     std::size_t units = 0;
     for (std::size_t at = 0; at < clean.size() && clean.size() > LongestText; ++at) {
         units += Units(static_cast<unsigned char>(clean[at]));
@@ -62,23 +49,6 @@ bool IsEscape(std::string_view text) {
 }
 
 }  // namespace
-
-bool IsXmlText(std::string_view text) {
-    return IsValidUtf8(text) && text.find("\xEF\xBF\xBE") == std::string_view::npos &&
-           text.find("\xEF\xBF\xBF") == std::string_view::npos;
-}
-
-void AppendXml(std::string& xml, std::string_view text) {
-    std::size_t begin = 0;
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        const char c = text[at];
-        if (c == '&' || c == '<' || c == '>') {
-            xml.append(text, begin, at - begin).append(c == '&' ? "&amp;" : c == '<' ? "&lt;" : "&gt;");
-            begin = at + 1;
-        }
-    }
-    xml.append(text, begin);
-}
 
 void AppendCellText(std::string& xml, std::string_view text) {
     std::string mended;

@@ -5,10 +5,6 @@
 #include <string>
 #include <string_view>
 
-// UTF-8 without U+FFFE and U+FFFF, which are characters of no XML document.
-bool IsXmlText(std::string_view text);
-// With "&", "<" and ">" in their other form.
-void AppendXml(std::string& xml, std::string_view text);
 // As the text of a cell: control characters in the form "_x0001_", U+FFFD for what no text can hold, and cut
 // where no cell is longer.
 void AppendCellText(std::string& xml, std::string_view text);

@@ -10,6 +10,7 @@
 #include "reports/excel/inspectiontable.h"
 #include "reports/excel/workbookframe.h"
 #include "reports/ooxml/COoxmlError.h"
+#include "reports/ooxml/xmltext.h"
 #include "shell/CUnixFile.h"
 #include "shell/numbers.h"
 

@@ -9,6 +9,7 @@
 
 #include "reports/excel/inspectiontable.h"
 #include "reports/ooxml/COoxmlError.h"
+#include "reports/ooxml/xmltext.h"
 #include "shell/numbers.h"
 
 namespace {

@@ -5,6 +5,7 @@
 
 #include "reports/ooxml/COoxmlError.h"
 #include "reports/ooxml/pictures.h"
+#include "reports/ooxml/xmltext.h"
 #include "shell/CHostFiles.h"
 #include "shell/numbers.h"
 #include "shell/paths.h"
@@ -36,11 +37,6 @@ std::string Folded(std::string_view name) {
         c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
     }
     return folded;
-}
-
-std::string Attribute(const XmlElement* element, const char* name) {
-    const char* value = element == nullptr ? nullptr : element->Attribute(name);
-    return value == nullptr ? std::string() : value;
 }
 
 std::string Units(double points) {

@@ -18,11 +18,6 @@ std::string RelationsName(const std::string& part) {
     return part.substr(0, name) + "_rels/" + part.substr(name) + ".rels";
 }
 
-std::string Attribute(const XmlElement* element, const char* name) {
-    const char* value = element->Attribute(name);
-    return value == nullptr ? std::string() : value;
-}
-
 // Targets are relative to the folder of the part, or begin with "/".
 std::string Resolve(const std::string& from, const std::string& target) {
     if (target.starts_with('/')) {

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "reports/ooxml/COoxmlError.h"
-#include "reports/ooxml/xmltree.h"
+#include "reports/ooxml/xmltext.h"
 #include "reports/ooxml/ziparchive.h"
 #include "shell/numbers.h"
 

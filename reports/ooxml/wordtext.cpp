@@ -3,6 +3,8 @@
 #include <cstring>
 #include <vector>
 
+#include "reports/ooxml/xmltext.h"
+
 namespace {
 
 XmlElement* New(XmlNode* near, const char* name) {

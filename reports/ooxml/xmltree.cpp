@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "reports/ooxml/COoxmlError.h"
+#include "reports/ooxml/xmltext.h"
 #include "shell/numbers.h"
 
 namespace {
@@ -120,31 +121,6 @@ std::string PrepareForParser(std::string_view xml) {
     return kept.append(xml.substr(std::min(at, xml.size())));
 }
 
-// The length of the character that begins here, 0 if none does.
-std::size_t CharacterLength(std::string_view text, std::size_t at, char32_t& code) {
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned int first = byte(at);
-    const std::size_t length = first < 0x80U                     ? 1
-                               : first >= 0xC2U && first < 0xE0U ? 2
-                               : first >= 0xE0U && first < 0xF0U ? 3
-                               : first >= 0xF0U && first < 0xF5U ? 4
-                                                                 : 0;
-    if (length == 0 || at + length > text.size()) {
-        return 0;
-    }
-    code = length == 1 ? first : first & (0x7FU >> length);
-    for (std::size_t i = 1; i < length; ++i) {
-        const unsigned int next = byte(at + i);
-        if ((next & 0xC0U) != 0x80U) {
-            return 0;
-        }
-        code = (code << 6U) | (next & 0x3FU);
-    }
-    const bool overlong = (length == 3 && code < 0x800U) || (length == 4 && code < 0x10000U);
-    const bool surrogate = code >= 0xD800U && code < 0xE000U;
-    return overlong || surrogate || code > 0x10FFFFU ? 0 : length;
-}
-
 }  // namespace
 
 void ParseXml(tinyxml2::XMLDocument& document, std::string_view bytes, const std::string& partName) {
@@ -169,6 +145,11 @@ std::string PrintXml(const XmlNode& node) {
 
 bool Is(const XmlNode* node, const char* name) {
     return node != nullptr && node->ToElement() != nullptr && std::strcmp(node->Value(), name) == 0;
+}
+
+std::string Attribute(const XmlElement* element, const char* name) {
+    const char* value = element == nullptr ? nullptr : element->Attribute(name);
+    return value == nullptr ? std::string() : value;
 }
 
 XmlElement* Child(XmlNode* element, const char* name) {
@@ -227,44 +208,4 @@ bool IsRaw(const XmlNode* node) {
 void MakeRaw(XmlElement* element) {
     InsertBehind(element->Parent(), element, NewRaw(element->GetDocument(), PrintXml(*element)));
     Remove(element);
-}
-
-std::string CleanText(std::string_view text) {
-    std::string clean;
-    clean.reserve(text.size());
-    for (std::size_t at = 0; at < text.size();) {
-        char32_t code = 0;
-        const std::size_t length = CharacterLength(text, at, code);
-        if (length == 0) {
-            clean += "\xEF\xBF\xBD";
-        } else if ((code >= 0x20 && code != 0xFFFE && code != 0xFFFF) || code == '\t' || code == '\n' ||
-                   code == '\r') {
-            clean += text.substr(at, length);
-        }
-        at += std::max<std::size_t>(length, 1);
-    }
-    return clean;
-}
-
-std::string Escape(std::string_view text) {
-    std::string escaped;
-    for (const char c : CleanText(text)) {
-        switch (c) {
-            case '&':
-                escaped += "&amp;";
-                break;
-            case '<':
-                escaped += "&lt;";
-                break;
-            case '>':
-                escaped += "&gt;";
-                break;
-            case '"':
-                escaped += "&quot;";
-                break;
-            default:
-                escaped += c;
-        }
-    }
-    return escaped;
 }

@@ -20,6 +20,8 @@ void ParseXml(tinyxml2::XMLDocument& document, std::string_view bytes, const std
 std::string PrintXml(const XmlNode& node);
 
 bool Is(const XmlNode* node, const char* name);
+// Empty if the element hasn't it, or is null.
+std::string Attribute(const XmlElement* element, const char* name);
 // The first child element of that name; null if there is none, or no element at all.
 XmlElement* Child(XmlNode* element, const char* name);
 // The innermost of that name around the node.
@@ -37,9 +39,3 @@ XmlNode* NewRaw(tinyxml2::XMLDocument* document, const std::string& xml);
 bool IsRaw(const XmlNode* node);
 // Puts a raw node into the element's place. The element and all in it is gone.
 void MakeRaw(XmlElement* element);
-
-// For texts from outside: valid UTF-8 without what XML can't hold. Bad bytes become U+FFFD, control
-// characters vanish; tab, line feed and carriage return stay.
-std::string CleanText(std::string_view text);
-// The same for a piece of XML, quotes included.
-std::string Escape(std::string_view text);
