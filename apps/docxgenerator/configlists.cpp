@@ -15,6 +15,7 @@
 #include "shell/language.h"
 #include "shell/numbers.h"
 #include "shell/paths.h"
+#include "shell/textcodec.h"
 
 namespace {
 
@@ -59,18 +60,41 @@ TextList SectionRows(const CConfigFile& config) {
     return rows;
 }
 
+struct IndexNames {
+    const char* Index;
+    const char* Text;
+    int FirstMessage;  // of the texts of the levels
+};
+
+constexpr IndexNames StructuralIndex = {"riJG", "EvaluatethisJG", 2339};
+constexpr IndexNames FunctionalIndex = {"riGN", "EvaluatethisGN", 2347};
+
+// By what the file says of the level, since the index that it tells is rounded and may lie on the other side
+// of a bound. A text of another language file says nothing.
+std::string IndexLevel(const ConfigElement& evaluation, const IndexNames& names, double index) {
+    constexpr int FirstLabel = 2331;
+    constexpr int Levels = 4;
+    const std::string told = ValueOf(evaluation, names.Text);
+    for (int i = 0; i < Levels && !told.empty(); ++i) {
+        if (told == ThroughGbk(LoadMessage(names.FirstMessage + i))) {
+            return LoadMessage(FirstLabel + i);
+        }
+    }
+    return FullIndexLevel(static_cast<float>(index));
+}
+
 // The number of defects stays 0 for a class without an index: it has no level then.
-void ReadIndex(const ConfigElement& evaluation, const char* name, std::size_t defects, std::string& level,
-               std::uint32_t& count) {
-    const std::string text = ValueOf(evaluation, name);
+void ReadIndex(const ConfigElement& evaluation, const IndexNames& names, std::size_t defects,
+               std::string& level, std::uint32_t& count) {
+    const std::string text = ValueOf(evaluation, names.Index);
     if (text.empty()) {
         return;
     }
     const std::optional<double> index = ParseWholeDouble(text);
     if (!index) {
-        throw CConfigError(ConfigFault::NoNumber, {evaluation.Name(), name, text});
+        throw CConfigError(ConfigFault::NoNumber, {evaluation.Name(), names.Index, text});
     }
-    level = FullIndexLevel(static_cast<float>(*index));
+    level = IndexLevel(evaluation, names, *index);
     count = static_cast<std::uint32_t>(std::max<std::size_t>(defects, 1));
 }
 
@@ -88,10 +112,10 @@ ProjectStatistics LevelStatistics(const CConfigFile& config) {
         grade.Section.StartWell = ValueOf(*section.Evaluation, "strStartWell");
         grade.Section.EndWell = ValueOf(*section.Evaluation, "strEndWell");
         grade.Section.PipeLength = ValueOf(*section.Data, "PIPELENGTH");
-        ReadIndex(*section.Evaluation, "riJG", count(&ConfigRecord::IsStructural), grade.Result.riLevelJG,
-                  grade.Result.mergedJG);
-        ReadIndex(*section.Evaluation, "riGN", count(&ConfigRecord::IsFunctional), grade.Result.riLevelGN,
-                  grade.Result.mergedGN);
+        ReadIndex(*section.Evaluation, StructuralIndex, count(&ConfigRecord::IsStructural),
+                  grade.Result.riLevelJG, grade.Result.mergedJG);
+        ReadIndex(*section.Evaluation, FunctionalIndex, count(&ConfigRecord::IsFunctional),
+                  grade.Result.riLevelGN, grade.Result.mergedGN);
     }
     return MakeProjectStatistics(grades);
 }

@@ -122,6 +122,20 @@ TEST_F(Generator, ListsAreThoseOfTheProject) {
     EXPECT_EQ(read.Names, lists.Names);
     lists.DefectCountsByType[1] = 0;  // behind the manhole, where the file stops counting
     EXPECT_EQ(read.DefectCountsByType, lists.DefectCountsByType);
+
+    // An index that was rounded to a bound doesn't change the level that the file tells in words; unless the
+    // words are none of ours.
+    std::string xml = Utf8FromGbk(project.Database.ReportBytes());
+    const auto replace = [&](const std::string& part, const std::string& replacement) {
+        const std::size_t at = xml.find(part);
+        ASSERT_NE(at, xml.npos) << part;
+        xml.replace(at, part.size(), replacement);
+    };
+    replace("riJG=\"9.25\"", "riJG=\"7\"");
+    replace("riGN=\"5.3\"", "riGN=\"4\"");
+    EXPECT_EQ(ListsFromConfig(CConfigFile(GbkFromUtf8(xml))).LevelCountRows, lists.LevelCountRows);
+    replace("EvaluatethisJG=\"" + LoadMessage(2342), "EvaluatethisJG=\"other words");
+    EXPECT_NE(ListsFromConfig(CConfigFile(GbkFromUtf8(xml))).LevelCountRows, lists.LevelCountRows);
 }
 
 TEST_F(Generator, WithoutDefectsTheChartsSaySo) {
