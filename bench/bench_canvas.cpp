@@ -22,7 +22,7 @@ constexpr QSize PictureSize(1920, 1080);
 constexpr QSize CanvasSize(1280, 720);
 constexpr double Limit = 1.3;
 constexpr double MostMilliseconds = 8.0;
-constexpr double CrossingLimit = 3.0;
+constexpr double CrossingLimit = 4.0;
 constexpr double MostMillisecondsCrossing = 16.0;  // of one change, before the eye sees it
 
 // Soft shapes with noise, as a camera in a pipe sees them.
