@@ -3,11 +3,9 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <QElapsedTimer>
 #include <QImage>
 #include <QSlider>
 #include <QTest>
-#include <QTimer>
 #include <QToolButton>
 #include <QTransform>
 #include <cmath>
@@ -284,35 +282,6 @@ TEST_F(Player, CutVideosShowWhatIsLeft) {
             EXPECT_TRUE(WaitFor([&] { return !m_player->IsBusy(); }, 25000)) << name << round;
         }
     }
-}
-
-TEST_F(Player, TheThreadOfWindowsNeverWaits) {
-    const std::string good = MakeVideo("good.avi", std::string(X264) + "-g 250 -bf 2");
-    const std::string text = m_folder.WriteFile("text.mp4", std::string(500000, 'x'));
-    Load(good);
-    // The machine may take its time too, but hardly each time.
-    qint64 best = 1000;
-    for (int attempt = 0; attempt < 4 && best > 100; ++attempt) {
-        QElapsedTimer since;
-        qint64 longest = 0;
-        QTimer beat;
-        beat.setTimerType(Qt::PreciseTimer);
-        beat.callOnTimeout([&] { longest = std::max(longest, since.restart() - 20); });
-        since.start();
-        beat.start(20);
-        for (const std::string& path :
-             {good, text, std::string(), m_folder.Path("none.avi"), good, std::string(), good}) {
-            m_player->SetURL(path);
-            WaitFor(60);
-            Controls().SetCurrentPosition(9.0);
-            WaitFor(40);
-            Controls().Play();
-            Controls().Pause();
-        }
-        WaitFor(60);
-        best = std::min(best, longest);
-    }
-    EXPECT_LE(best, 100);
 }
 
 TEST_F(Player, LeavesNoThreadBehind) {
