@@ -47,5 +47,6 @@ std::string CWatchedProcess::Told() const {
     std::string text(Most, '\0');
     const ssize_t got = pread(m_errors.Descriptor(), text.data(), text.size(), 0);
     text.resize(got > 0 ? static_cast<std::size_t>(got) : 0);
+    text.resize(text.find_last_not_of('\n') + 1);
     return text;
 }

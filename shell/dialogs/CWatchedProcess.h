@@ -25,7 +25,8 @@ public:
     bool HasEnded();
     // After it has ended.
     bool Failed() const { return m_failed; }
-    // What it wrote to standard error so far, cut where no box could show more.
+    // What it wrote to standard error so far, without its last line feed, and cut where no box could show
+    // more.
     std::string Told() const;
 
 private:

@@ -24,7 +24,7 @@ exit "$2"
     ASSERT_TRUE(start("good's $HOME.txt", "0"));
     ASSERT_TRUE(start("bad.txt", "3"));
     WaitFor([&] { return told.has_value(); });
-    EXPECT_EQ(told.value_or(""), "no paper\n");
+    EXPECT_EQ(told.value_or(""), "no paper");
     EXPECT_EQ(folder.ReadFile("good's $HOME.txt"), folder.Host("job").string() + "\n");
     told.reset();
     WaitFor(500);
