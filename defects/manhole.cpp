@@ -2,12 +2,6 @@
 
 #include <array>
 
-#include "shell/CClock.h"
-#include "shell/CHostFiles.h"
-#include "shell/CPrompts.h"
-#include "shell/language.h"
-#include "shell/paths.h"
-#include "shell/seams.h"
 #include "shell/textcodec.h"
 
 namespace {
@@ -34,10 +28,6 @@ const std::array<ManholeList, 4> Lists{{
     {ManholeControl::CoverMaterial, 1028, 3199, &_REC_DATA::JcjCoverMaterial, CoverMaterials},
 }};
 
-bool IsAbsolute(std::string_view folder) {
-    return folder.starts_with('\\') || folder.substr(0, 3).ends_with(":\\");
-}
-
 }  // namespace
 
 std::span<const ManholeCode> ManholeCodes() {
@@ -55,30 +45,4 @@ int FindManholeCode(std::string_view code) {
 
 std::span<const ManholeList> ManholeLists() {
     return Lists;
-}
-
-bool AddManholePicture(_REC_DATA& record, std::string_view folder) {
-    const std::string base = IsAbsolute(folder) ? std::string(folder) : GetParentFolder(record.Video);
-    if (!IsAbsolute(base)) {
-        // A record must not depend on the folder that the program happens to work in.
-        ShowMessage(2702);
-        return false;
-    }
-    const std::string chosen = Prompts().PickOpenFile(LoadMessage(3172), {{"(*.jpg)", {"*.jpg"}}});
-    if (chosen.empty()) {
-        return false;
-    }
-    const std::string target = base + "picture\\";
-    (void)HostFiles().MakeFolder(target);
-    const std::string path = target + FormatTime(Clock().LocalNow(), "%H%M%S") + ".jpg";
-    (void)HostFiles().CopyFile(chosen, path, CHostFiles::Existing::Keep);
-    record.AddPicture(path, 0.0);
-    return true;
-}
-
-void DeleteManholePicture(_REC_DATA& record, int index) {
-    if (index >= 0 && index < record.Pictures.GetSize()) {
-        (void)HostFiles().DeleteFile(record.Pictures[index].Picture);
-        record.Pictures.RemoveAt(index);
-    }
 }

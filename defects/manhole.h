@@ -3,7 +3,6 @@
 #pragma once
 
 #include <span>
-#include <string>
 #include <string_view>
 
 #include "store/records/records.h"
@@ -36,11 +35,3 @@ struct ManholeList {
     std::span<const char* const> Rows;
 };
 std::span<const ManholeList> ManholeLists();
-
-// Asks for a file and copies it into "picture\" in `folder`, named for the present time; a file that has that
-// name stays, and the record names it. The folder of the record's video stands in for a `folder` that isn't
-// absolute, as of a section without a video; if that isn't either there is message 2702. False if nothing was
-// added.
-bool AddManholePicture(_REC_DATA& record, std::string_view folder);
-// At once and without a question, also from the disk.
-void DeleteManholePicture(_REC_DATA& record, int index);

@@ -14,6 +14,7 @@
 #include "shell/seams.h"
 #include "store/CDbError.h"
 #include "store/CDbRec.h"
+#include "store/recordpictures.h"
 
 namespace {
 
@@ -45,9 +46,9 @@ std::uint8_t ParseByte(const std::string& text) {
 
 // Field units write pictures in subfolders with either separator. Only one of them ends the folder when the
 // copy in the report image folder is named.
-void AddPicture(_REC_DATA& record, std::string path, const std::string& time) {
+void AddItemPicture(_REC_DATA& record, std::string path, const std::string& time) {
     std::replace(path.begin(), path.end(), '/', '\\');
-    record.AddPicture(path, RoundTo(ParseDouble(time), 3));
+    AddPicture(record, path, RoundTo(ParseDouble(time), 3));
 }
 
 _REC_DATA MakeRecord(const CDbRec& database, const _TESTING_DATA& section, const AcquisitionItem& item) {
@@ -64,8 +65,8 @@ _REC_DATA MakeRecord(const CDbRec& database, const _TESTING_DATA& section, const
     record.DirectionStart = ParseByte(item.ClockStart);
     record.DirectionEnd = ParseByte(item.ClockEnd);
     record.Video = section.VideoFileList;
-    AddPicture(record, item.PicFileName, item.PicTime);
-    AddPicture(record, item.PicFileName2, item.PicTime2);
+    AddItemPicture(record, item.PicFileName, item.PicTime);
+    AddItemPicture(record, item.PicFileName2, item.PicTime2);
     record.GpsX = RoundTo(ParseDouble(item.Longitude), 12);
     record.GpsY = RoundTo(ParseDouble(item.Latitude), 12);
     return record;

@@ -64,6 +64,17 @@ private:
     std::string m_name;
 };
 
+// Why a file that is there can't be replaced; 0 if it can.
+int RefusalOf(const std::string& target, const struct stat& former, CHostFiles::Existing existing) {
+    if (existing == CHostFiles::Existing::Keep) {
+        return EEXIST;
+    }
+    if (!S_ISREG(former.st_mode)) {
+        return EINVAL;
+    }
+    return access(target.c_str(), W_OK) == 0 ? 0 : errno;
+}
+
 std::string ReadSource(const std::string& file) {
     char buffer[4096];
     const ssize_t length = getxattr(file.c_str(), SourceAttribute, buffer, sizeof buffer);
@@ -173,6 +184,16 @@ std::optional<std::string> CHostFiles::ReadBeginning(std::string_view path, std:
     return file.ReadAll(bytes.data(), bytes.size()) ? std::optional(std::move(bytes)) : std::nullopt;
 }
 
+// Before anything else can set errno.
+bool CHostFiles::Done(bool done) {
+    return done || Refused(errno);
+}
+
+bool CHostFiles::Refused(int error) {
+    m_lastError = error;
+    return false;
+}
+
 bool CHostFiles::WriteFile(std::string_view path, std::string_view bytes, Existing existing) {
     return WriteFile(
         path, [bytes](const CUnixFile& file) { return file.WriteAll(bytes); }, existing);
@@ -189,13 +210,12 @@ bool CHostFiles::WriteFile(std::string_view path, const std::function<bool(const
     }
     struct stat former {};
     const bool replaces = stat(target.c_str(), &former) == 0;
-    if (replaces &&
-        (existing == Existing::Keep || !S_ISREG(former.st_mode) || access(target.c_str(), W_OK) != 0)) {
-        return false;
+    if (const int refusal = replaces ? RefusalOf(target, former, existing) : 0; refusal != 0) {
+        return Refused(refusal);
     }
     const CCreation creation(m_folders, target);
     CTemporaryTwin twin(target, replaces ? former.st_mode & 07777 : 0644);
-    return twin.File().IsOpen() && write(twin.File()) && twin.TakePlace(true, existing);
+    return Done(twin.File().IsOpen() && write(twin.File()) && twin.TakePlace(true, existing));
 }
 
 bool CHostFiles::CopyFile(std::string_view from, std::string_view to, Existing existing) {
@@ -210,15 +230,18 @@ bool CHostFiles::CopyFile(std::string_view from, std::string_view to, Existing e
     const std::string target = HostPath(to);
     struct stat sourceState {};
     struct stat targetState {};
-    if (stat(source.c_str(), &sourceState) != 0 || !S_ISREG(sourceState.st_mode)) {
-        return false;
+    if (stat(source.c_str(), &sourceState) != 0) {
+        return Refused(errno);
+    }
+    if (!S_ISREG(sourceState.st_mode)) {
+        return Refused(EINVAL);
     }
     if (stat(target.c_str(), &targetState) == 0) {
         const bool same =
             sourceState.st_ino == targetState.st_ino && sourceState.st_dev == targetState.st_dev;
-        if (same || existing == Existing::Keep || !S_ISREG(targetState.st_mode) ||
-            access(target.c_str(), W_OK) != 0) {
-            return false;
+        const int refusal = same ? EEXIST : RefusalOf(target, targetState, existing);
+        if (refusal != 0) {
+            return Refused(refusal);
         }
     }
     return CopyBytes(source, target, sourceState, true, existing, progress);
@@ -229,8 +252,8 @@ bool CHostFiles::CopyBytes(const std::string& from, const std::string& to, const
     const CCreation creation(m_folders, to);
     CUnixFile in(from, O_RDONLY);
     CTemporaryTwin twin(to, 0644);
-    return in.IsOpen() && twin.CopyFrom(in, progress) && twin.SetTime(source.st_mtim) &&
-           twin.TakePlace(flush, existing);
+    return Done(in.IsOpen() && twin.File().IsOpen() && twin.CopyFrom(in, progress) &&
+                twin.SetTime(source.st_mtim) && twin.TakePlace(flush, existing));
 }
 
 CHostFiles::Mirror& CHostFiles::ResolveMirror(std::string_view from, std::string_view to) {
@@ -312,7 +335,7 @@ bool CHostFiles::MirrorFile(std::string_view from, std::string_view to) {
 }
 
 bool CHostFiles::DeleteFile(std::string_view path) {
-    const bool done = unlink(HostPath(path).c_str()) == 0;
+    const bool done = Done(unlink(HostPath(path).c_str()) == 0);
     m_folders.Forget();
     return done;
 }

@@ -73,6 +73,8 @@ public:
     bool RemoveFolder(std::string_view path);  // with all that is in it
     bool RemoveEmptyFolder(std::string_view path);
     bool SetCurrentFolder(std::string_view path) const;
+    // Why the last file that could not be written, copied or deleted wasn't: one of errno, for FailureText.
+    int LastError() const { return m_lastError; }
     // After changes of folders that didn't go through here.
     void ForgetFolders() { m_folders.Forget(); }
 
@@ -115,12 +117,15 @@ private:
         std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
     };
 
+    bool Done(bool done);
+    bool Refused(int error);
     std::string Unresolved(std::string_view path) const;
     Mirror& ResolveMirror(std::string_view from, std::string_view to);
     bool CopyBytes(const std::string& from, const std::string& to, const struct stat& source, bool flush,
                    Existing existing, CProgress& progress);
 
     std::filesystem::path m_appFolder;
+    int m_lastError = 0;
     mutable CFolderCache m_folders;
     // By source path text.
     std::unordered_map<std::string, Mirror, TextHash, std::equal_to<>> m_mirrors;

@@ -6,6 +6,7 @@
 #include "shell/textcodec.h"
 #include "store/CDbError.h"
 #include "store/CDbRec.h"
+#include "store/recordpictures.h"
 #include "store/sqltext.h"
 
 namespace {
@@ -39,9 +40,9 @@ std::string CDbRec::GetDefectType(std::string_view code) const {
 void CDbRec::ReadPictures(CDbCursor& row, _REC_DATA& record) {
     try {
         const double time1 = row.GetDouble("PicTimeInVideo1");
-        record.AddPicture(row.GetText("Picture1"), time1);
+        AddPicture(record, row.GetText("Picture1"), time1);
         const double time2 = row.GetDouble("PicTimeInVideo2");
-        record.AddPicture(row.GetText("Picture2"), time2);
+        AddPicture(record, row.GetText("Picture2"), time2);
     } catch (const CDbError&) {
     }
 }
@@ -140,7 +141,7 @@ bool CDbRec::LookAtSection(std::int32_t testingId, SectionState& state) {
     if (known != m_states.end()) {
         state = std::move(known->second);
         for (const std::string& picture : state.NewPictures) {
-            _REC_DATA().AddPicture(picture, 0.0);
+            CopyForReports(picture);
         }
         state.NewPictures.clear();
         return true;

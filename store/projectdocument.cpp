@@ -11,6 +11,7 @@
 #include "store/CDbError.h"
 #include "store/CDbRec.h"
 #include "store/recordjson.h"
+#include "store/recordpictures.h"
 
 namespace {
 
@@ -122,7 +123,7 @@ private:
         record.DefectType = m_database.GetDefectType(record.DefectCode);
         record.Pictures.RemoveAll();
         for (const _PIC_DATA& picture : in.Pictures) {
-            record.AddPicture(picture.Picture, picture.PicTimeInVideo);
+            AddPicture(record, picture.Picture, picture.PicTimeInVideo);
         }
         if (m_database.AddRecord(record)) {
             ++m_result.RecordsAdded;

@@ -2,31 +2,17 @@
 
 #include <chrono>
 
-#include "shell/CHostFiles.h"
 #include "shell/CPrompts.h"
 #include "shell/language.h"
-#include "shell/paths.h"
 #include "shell/seams.h"
 #include "shell/textcodec.h"
 #include "store/CDbError.h"
 #include "store/CDbRec.h"
-#include "workbench/capture/grabframe.h"
-#include "workbench/capture/picturepath.h"
 
 namespace {
 
 // A broken file may claim any length; nobody inspects a section for more than a month.
 constexpr double LongestVideo = std::chrono::duration<double>(std::chrono::days(31)).count();
-
-void DeletePicture(const std::string& path) {
-    if (!path.empty() && !HostFiles().DeleteFile(path) && HostFiles().Exists(path)) {
-        ShowMessage(2105, "\r\n" + path);
-    }
-}
-
-bool AskForSecondPicture(std::string_view defectName) {
-    return Prompts().AskOkCancel(2200, FillText(LoadMessage(2200), {std::string(defectName)}));
-}
 
 }  // namespace
 
@@ -83,35 +69,4 @@ std::optional<_REC_DATA> StoredRecord(CDbRec& database, const _REC_DATA& shown) 
     const auto found = std::find_if(records.begin(), records.end(),
                                     [&](const _REC_DATA& record) { return record.ID == shown.ID; });
     return found == records.end() ? std::nullopt : std::optional(*found);
-}
-
-bool DeleteDefect(CDbRec& database, const _REC_DATA& record) {
-    if (!database.DeleteRecord(record.ID)) {
-        return false;
-    }
-    DeletePicture(record.GetPicture1());
-    DeletePicture(record.GetPicture2());
-    return true;
-}
-
-bool AddSecondPicture(CDbRec& database, _REC_DATA record, std::string_view defectName, std::string_view video,
-                      double seconds) {
-    constexpr int MostPictures = 2;
-    if (record.Pictures.GetSize() >= MostPictures) {
-        ShowMessage(2199);
-        return false;
-    }
-    if (!AskForSecondPicture(defectName)) {
-        return false;
-    }
-    const std::string path = BuildPicturePath(video);
-    if (path.empty()) {
-        return false;
-    }
-    if (!GrabFrame(video, seconds, path)) {
-        ShowMessage(2201);
-    }
-    BackupOriginal(path);
-    record.AddPicture(path, seconds);
-    return database.UpdateRecord(record);
 }

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "defects/CRecordPictures.h"
 #include "defects/defectform.h"
 #include "defects/tools.h"
 #include "shell/dialogs/CSizeDlg.h"
@@ -29,6 +30,7 @@ public:
     // What the form opens with. A new defect has its picture, video and position in here, a stored one all it
     // has.
     _REC_DATA Record;
+    CRecordPictures Pictures{Record};
 
 protected:
     void OnInitDialog() override;

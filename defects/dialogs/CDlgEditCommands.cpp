@@ -6,7 +6,7 @@
 
 #include "controls/CButtonST.h"
 #include "controls/CSearchBox.h"
-#include "defects/defectpictures.h"
+#include "defects/CRecordPictures.h"
 #include "defects/dialogs/C12Clock.h"
 #include "defects/dialogs/CCtrlPic.h"
 #include "defects/dialogs/CDlgEdit.h"
@@ -236,7 +236,7 @@ void CDlgEdit::OnPictureChange() {
 }
 
 void CDlgEdit::OnAddPicture() {
-    (void)AddPictureFromFile(Record, m_firstTime);
+    (void)Pictures.AddFile(m_firstTime);
 }
 
 void CDlgEdit::OnDeletePicture() {
@@ -297,7 +297,7 @@ void CDlgEdit::EndTool(ToolMode tool) {
         Calibrated = m_canvas->Annotations().CalibrationPoints().size() == 2;
         m_canvas->ClearCalibration();
         m_canvas->ResetRubber();
-    } else {
+    } else if (!m_canvas->HasPicture() || KeepOriginal(m_canvas->Path())) {
         m_canvas->BakeToFile();
     }
     m_anyPicture = tool == ToolMode::Calibration || tool == ToolMode::Measuring;
@@ -321,7 +321,7 @@ void CDlgEdit::OnReset() {
     if (!AskOkCancel(2108) || index < 0) {
         return;
     }
-    ResetPicture(Record.Pictures[index].Picture);
+    (void)ResetPicture(Record.Pictures[index].Picture);  // has told why not
     OnPictureChange();
 }
 

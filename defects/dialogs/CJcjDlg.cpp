@@ -194,14 +194,14 @@ void CJcjDlg::ShowPicture(int index) {
 }
 
 void CJcjDlg::OnAddPicture() {
-    if (AddManholePicture(Record, m_folder)) {
+    if (Pictures.AddManholeFile(m_folder)) {
         FillPictures();
         ShowPicture(Record.Pictures.GetUpperBound());
     }
 }
 
 void CJcjDlg::OnDeletePicture() {
-    DeleteManholePicture(Record, m_pictures->currentIndex());
+    Pictures.RemoveManholeFile(m_pictures->currentIndex());
     FillPictures();
     ShowPicture(0);
 }

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "defects/CRecordPictures.h"
 #include "shell/dialogs/CSizeDlg.h"
 #include "store/records/records.h"
 
@@ -21,6 +22,7 @@ public:
 
     // What the form opens with. A new one has its picture and video in here, a stored one all it has.
     _REC_DATA Record;
+    CRecordPictures Pictures{Record};
 
 protected:
     void OnInitDialog() override;

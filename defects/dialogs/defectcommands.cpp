@@ -1,11 +1,13 @@
 #include "defects/dialogs/defectcommands.h"
 
-#include "defects/defectpictures.h"
 #include "defects/dialogs/CDlgEdit.h"
 #include "defects/dialogs/CJcjDlg.h"
+#include "shell/CPrompts.h"
 #include "shell/paths.h"
 
 namespace {
+
+constexpr int MessageNoFrame = 2195;
 
 float LengthOf(const _TESTING_DATA& section) {
     return section.DistanceEnd - section.DistanceStart;
@@ -19,27 +21,33 @@ std::string FolderOf(const _TESTING_DATA& section) {
 
 bool NewDefect(CDbRec& database, const _TESTING_DATA& section, std::string_view video, double seconds,
                QWidget* parent) {
-    const auto taken = TakeDefect(section, video, seconds);
-    if (!taken) {
+    CDlgEdit dialog(true, database, section.ID, LengthOf(section), parent);
+    dialog.Record.Video = video;
+    dialog.Record.GpsX = section.GpsXStart;
+    dialog.Record.GpsY = section.GpsYStart;
+    if (!dialog.Pictures.AddFrame(video, seconds, static_cast<float>(seconds), MessageNoFrame,
+                                  CRecordPictures::Twin::AtOnce)) {
         return false;
     }
-    CDlgEdit dialog(true, database, section.ID, LengthOf(section), parent);
-    dialog.Record = *taken;
     const bool stored = dialog.DoModal() == CSizeDlg::IdOk;
     if (!stored) {
-        DropDefect(taken->GetPicture1());
+        dialog.Pictures.TakeBack();
     }
     return stored;
 }
 
 bool NewManholeDefect(CDbRec& database, const _TESTING_DATA& section, std::string_view video, double seconds,
                       QWidget* parent) {
-    const _REC_DATA taken = TakeManhole(video, seconds);
     CJcjDlg dialog(database, section.ID, FolderOf(section), true, parent);
-    dialog.Record = taken;
+    dialog.Record.Video = video;
+    // A manhole can be described without a picture.
+    if (!dialog.Pictures.AddFrame(video, seconds, seconds, MessageNoFrame,
+                                  CRecordPictures::Twin::WhenDrawnOn)) {
+        ShowMessage(MessageNoFrame);
+    }
     const bool stored = dialog.DoModal() == CSizeDlg::IdOk;
     if (!stored) {
-        DropManhole(taken.GetPicture1());
+        dialog.Pictures.TakeBack();  // what came from a file stays
     }
     return stored;
 }

@@ -1,10 +1,5 @@
 #include "store/records/records.h"
 
-#include <algorithm>
-
-#include "shell/CHostFiles.h"
-#include "shell/paths.h"
-#include "shell/seams.h"
 #include "shell/textcodec.h"
 
 namespace {
@@ -33,10 +28,6 @@ void _REC_DATA::AddPicture(std::string_view path, double time) {
     if (path.empty()) {
         return;
     }
-    // Paths of other programs may have either separator; the copy never leaves its folder.
-    std::string source(path);
-    std::replace(source.begin(), source.end(), '/', '\\');
-    (void)HostFiles().MirrorFile(source, GetReportImageFolder().append(GetFileName(source)));
     Pictures.Add({std::string(path), time});
 }
 

@@ -110,8 +110,8 @@ struct _REC_DATA {
     // The record that says "no defect in this section". Asks DefectType, so that must be filled.
     bool IsPipeNormal() const;
 
-    // Appends the picture and brings a copy of it into the report image folder, where the report
-    // generator finds it. An empty path adds nothing; a copy that fails is silent.
+    // Appends the picture; an empty path adds nothing. Whoever reads or makes a picture of a project also copies
+    // it for reports: AddPicture of the store does both.
     void AddPicture(std::string_view path, double time);
 
 private:

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "defects/defectform.h"
-#include "defects/defectpictures.h"
 #include "defects/edittools.h"
 #include "store/CDbRec.h"
 #include "store/criterionmaker.h"
@@ -114,50 +113,4 @@ TEST_F(DefectForm, AToolKeepsTheFormOpenUntilItIsOff) {
     EXPECT_EQ(Usable({.Tool = ToolMode::Measuring, .Scaled = true, .Pictures = 2}), "31 34 ");
     EXPECT_EQ(Usable({.ChoosingColour = true, .Pictures = 2}), "");
     EXPECT_TRUE(CanUse(EditControl::DeletePicture, {.Pictures = 1, .AnyPicture = true}));
-}
-
-TEST_F(DefectForm, ASecondPictureComesFromAFile) {
-    _REC_DATA record;
-    record.Video = Folder.Path("v.avi");
-    record.AddPicture(Folder.WriteFile("job/picture/v_1.jpg", "one"), 2.5);
-    const std::string chosen = Folder.WriteFile("other.png", "two");
-    Folder.Prompts.GivePath(Folder.Path("none.jpg"));
-    Folder.Prompts.Expect(2702);
-    EXPECT_FALSE(AddPictureFromFile(record));
-    Folder.Prompts.GivePath(chosen);
-    EXPECT_TRUE(AddPictureFromFile(record));
-    EXPECT_EQ(record.GetPicture2(), Folder.Path("job/picture/v_1_Ex.jpg"));
-    EXPECT_EQ(record.GetPicTime2(), 2.5);
-    EXPECT_EQ(Folder.ReadFile("job/picture/v_1_Ex.jpg") + Folder.ReadFile("job/picture/v_1_Ex_original.jpg"),
-              "twotwo");
-    Folder.Prompts.Expect(2199);
-    EXPECT_FALSE(AddPictureFromFile(record));
-
-    Folder.WriteFile("job/picture/v_1_Ex.jpg", "drawn");
-    ResetPicture(record.GetPicture2());
-    EXPECT_EQ(Folder.ReadFile("job/picture/v_1_Ex.jpg"), "two");
-    DeletePictureFiles(record.GetPicture2());
-    EXPECT_FALSE(HostFiles().Exists(record.GetPicture2()));
-    EXPECT_FALSE(HostFiles().Exists(Folder.Path("job/picture/v_1_Ex_original.jpg")));
-
-    record.Pictures.RemoveAll();
-    Folder.Prompts.GivePath(chosen);
-    EXPECT_TRUE(AddPictureFromFile(record, 7.25));
-    EXPECT_EQ(record.GetPicture1(), Folder.Path("picture/v_092653.jpg"));
-    EXPECT_EQ(record.GetPicTime1(), 7.25);
-}
-
-TEST_F(DefectForm, TheOriginalOfACancelledPictureDoesntPassForThatOfTheNext) {
-    _REC_DATA record;
-    record.AddPicture(Folder.WriteFile("v_1.jpg", "one"), 2.5);
-    const std::string leftBehind = Folder.WriteFile("v_1_Ex_original.jpg", "cancelled");
-    Folder.WriteFile("v_1_Ex.jpg", "cancelled");
-    _REC_DATA again = record;
-    Folder.Prompts.GivePath(Folder.WriteFile("other.jpg", "two"));
-    EXPECT_TRUE(AddPictureFromFile(record));
-    EXPECT_EQ(Folder.ReadFile("v_1_Ex_original.jpg"), "two");
-    Folder.WriteFile("v_1_Ex.jpg", "drawn");
-    Folder.Prompts.GivePath(leftBehind);
-    EXPECT_TRUE(AddPictureFromFile(again));
-    EXPECT_EQ(Folder.ReadFile("v_1_Ex.jpg") + Folder.ReadFile("v_1_Ex_original.jpg"), "twotwo");
 }

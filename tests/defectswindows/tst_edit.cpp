@@ -126,7 +126,10 @@ TEST_F(Edit, WhatCantBeStoredIsToldAndTheWindowStays) {
 
 TEST_F(Edit, ADrawingIsWrittenAndCanBeReset) {
     Store();
-    Open([this](CSizeDlg& dialog) {
+    // As it comes from the field: the picture is the only original.
+    std::filesystem::remove(Folder.Host("job/picture/a_original.jpg"));
+    const std::string original = Folder.ReadFile("job/picture/a.jpg");
+    Open([&](CSizeDlg& dialog) {
         EXPECT_FALSE(IsEnabled(dialog, 1036));
         PressKey(dialog, Qt::Key_1, Qt::ControlModifier);
         EXPECT_FALSE(IsEnabled(dialog, 1));
@@ -145,7 +148,7 @@ TEST_F(Edit, ADrawingIsWrittenAndCanBeReset) {
 
         Folder.Prompts.ExpectQuestion(2108, true);
         Press(dialog, 32);
-        EXPECT_EQ(Folder.ReadFile("job/picture/a.jpg"), Folder.ReadFile("job/picture/a_original.jpg"));
+        EXPECT_EQ(Folder.ReadFile("job/picture/a.jpg"), original);
         EXPECT_FALSE(IsRed(dialog.GetDlgItem(1011)->grab().toImage(), {100, 150}));
 
         Folder.Prompts.GiveColour(0xFF0000);
@@ -222,16 +225,20 @@ TEST_F(Edit, APictureOfANewDefectIsDeletedWithoutTouchingAnotherRow) {
     Store();
     Folder.Prompts.Expect(2195);
     Folder.Prompts.ExpectQuestion(2102, true);
+    Folder.Prompts.GivePath(WritePicture("other.jpg"));
     InNextDialog([](CSizeDlg& dialog) {
         EXPECT_EQ(TextOf(dialog, 1014), "121.5") << "where the section begins";
         Press(dialog, 33);
         Press(dialog, 33);
         Press(dialog, 1036);
+        Press(dialog, 1033);
         Press(dialog, 2);
     });
     EXPECT_FALSE(NewDefect(Database, Section, Section.VideoFileList, 1.5, nullptr));
     EXPECT_EQ(Stored()[0].Comment, "看不清");
     EXPECT_EQ(Stored()[0].Pictures.GetSize(), 1);
+    EXPECT_FALSE(Exists("job/picture/v_092653.jpg") || Exists("job/picture/v_092653_original.jpg"))
+        << "what was added goes with the cancelled defect";
 }
 
 TEST_F(Edit, FitsTheScreenInBothLanguages) {

@@ -110,7 +110,7 @@ TEST_F(Manhole, PicturesComeAndGoAtOnce) {
     EXPECT_TRUE(Exists("job/picture/092653.jpg")) << "what came from a file stays";
 }
 
-TEST_F(Manhole, TwoPicturesOfOneSecondShareTheFirstFile) {
+TEST_F(Manhole, TwoPicturesOfOneSecondHaveAFileEach) {
     _REC_DATA record;
     record.TestingID = 1;
     record.DefectCode = "JCJ_OLD";
@@ -131,8 +131,8 @@ TEST_F(Manhole, TwoPicturesOfOneSecondShareTheFirstFile) {
     });
     EXPECT_FALSE(EditDefect(Database, Section, record, nullptr));
     EXPECT_EQ(Folder.ReadFile("job/picture/092653.jpg"), Folder.ReadFile("first.jpg"));
+    EXPECT_EQ(Folder.ReadFile("job/picture/092654.jpg"), Folder.ReadFile("second.jpg"));
     const _REC_DATA stored = Stored()[0];
-    EXPECT_EQ(stored.GetPicture1(), stored.GetPicture2());
     EXPECT_EQ(stored.GetPicTime2(), 0.0);
     EXPECT_EQ(stored.DefectCode, "JCJ_JGJZQS") << "a code that is none of the six gives way to the first";
 }

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "shell/textcodec.h"
 #include "tests/store/CProjectTest.h"
 #include "workbench/review.h"
 
@@ -29,15 +28,4 @@ TEST_F(Review, MarkersLieInWholeSecondsOfTheirVideo) {
     EXPECT_EQ(markers.Rows, (std::vector<std::uint32_t>{0, 1, 0}));
     EXPECT_TRUE(BuildMarkers(records, "\\a\\v.avi", 0.0).Flags.empty());
     EXPECT_LT(BuildMarkers(records, "\\a\\v.avi", 1e300).Flags.size(), 1e8);
-}
-
-TEST_F(Review, ALostVideoStillGetsItsSecondPictureNamed) {
-    _REC_DATA record;
-    record.DefectCode = "PL";
-    record.DefectLevel = 1;
-    ASSERT_TRUE(Database.AddRecord(record));
-    Folder.Prompts.ExpectQuestion(2200, true);
-    Folder.Prompts.Expect(2201);
-    EXPECT_TRUE(AddSecondPicture(Database, Records()[0], "破裂", Folder.Path("none.avi"), 1.0));
-    EXPECT_TRUE(EqualNoCase(Records()[0].GetPicture1(), Folder.Path("picture/none_092653.jpg")));
 }

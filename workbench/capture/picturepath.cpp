@@ -24,25 +24,35 @@ std::string FittingTitle(std::string_view video) {
     return title;
 }
 
+std::string PictureFolder(std::string_view video) {
+    const std::size_t separator = video.rfind('\\');
+    return separator == std::string_view::npos ? std::string()
+                                               : std::string(video.substr(0, separator + 1)) + "picture\\";
+}
+
 }  // namespace
 
-std::string BuildPicturePath(std::string_view video) {
-    const std::size_t separator = video.rfind('\\');
-    if (separator == std::string_view::npos) {
-        return {};
-    }
-    const std::string folder = std::string(video.substr(0, separator + 1)) + "picture\\";
-    if (!HostFiles().MakeFolder(folder)) {
-        ShowMessage(2202, folder);
-        return {};
-    }
-    const std::string title = folder + FittingTitle(video);
+std::string FreePicturePath(std::string_view beginning, const char* format) {
     const auto now = Clock().LocalNow();
     for (auto time = now; time < now + std::chrono::days(1); time += std::chrono::seconds(1)) {
-        const std::string path = title + FormatTime(time, "_%H%M%S") + ".jpg";
+        const std::string path = std::string(beginning) + FormatTime(time, format) + ".jpg";
         if (!HostFiles().Exists(path) && !HostFiles().Exists(MakeOriginalPath(path))) {
             return path;
         }
     }
     return {};
+}
+
+std::string NamePicture(std::string_view video) {
+    const std::string folder = PictureFolder(video);
+    return folder.empty() ? folder : FreePicturePath(folder + FittingTitle(video), "_%H%M%S");
+}
+
+std::string BuildPicturePath(std::string_view video) {
+    const std::string folder = PictureFolder(video);
+    if (!folder.empty() && !HostFiles().MakeFolder(folder)) {
+        ShowMessage(2202, folder);
+        return {};
+    }
+    return NamePicture(video);
 }

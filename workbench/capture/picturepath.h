@@ -9,3 +9,9 @@
 // taken, for that original would pass for the new picture's. The folder is made if it is missing. Empty if
 // the path has no "\", and, after message 2202, if there can't be such a folder.
 std::string BuildPicturePath(std::string_view video);
+// The same name, with nothing made: for a video that isn't there, beside which no folder may appear.
+std::string NamePicture(std::string_view video);
+
+// `beginning`, the local time in `format` (see FormatTime) and ".jpg", for the first second from now on, over
+// midnight too, whose name neither a file nor the original of one has. Empty if a whole day is taken.
+std::string FreePicturePath(std::string_view beginning, const char* format);

@@ -7,6 +7,7 @@
 #include "controls/CWMPPlayer4.h"
 #include "defects/dialogs/CCtrlPic.h"
 #include "defects/dialogs/defectcommands.h"
+#include "defects/recordchanges.h"
 #include "fieldimport/acquisitionimport.h"
 #include "reports/CRecExport.h"
 #include "reports/dialogs/CDlgExport.h"

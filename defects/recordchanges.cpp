@@ -1,0 +1,53 @@
+#include "defects/recordchanges.h"
+
+#include "defects/CRecordPictures.h"
+#include "shell/CHostFiles.h"
+#include "shell/CPrompts.h"
+#include "shell/language.h"
+#include "shell/seams.h"
+#include "store/CDbRec.h"
+
+namespace {
+
+constexpr int MostPictures = 2;
+
+void DeletePicture(const std::string& path) {
+    if (!path.empty() && !HostFiles().DeleteFile(path) && HostFiles().Exists(path)) {
+        ShowMessage(2105, "\r\n" + path);
+    }
+}
+
+bool AskForSecondPicture(std::string_view defectName) {
+    return Prompts().AskOkCancel(2200, FillText(LoadMessage(2200), {std::string(defectName)}));
+}
+
+}  // namespace
+
+bool DeleteDefect(CDbRec& database, const _REC_DATA& record) {
+    if (!database.DeleteRecord(record.ID)) {
+        return false;
+    }
+    DeletePicture(record.GetPicture1());
+    DeletePicture(record.GetPicture2());
+    return true;
+}
+
+bool AddSecondPicture(CDbRec& database, _REC_DATA record, std::string_view defectName, std::string_view video,
+                      double seconds) {
+    if (record.Pictures.GetSize() >= MostPictures) {
+        ShowMessage(2199);
+        return false;
+    }
+    if (!AskForSecondPicture(defectName)) {
+        return false;
+    }
+    CRecordPictures pictures(record);
+    if (!pictures.AddFrame(video, seconds, seconds, 2201, CRecordPictures::Twin::AtOnce)) {
+        return false;
+    }
+    const bool stored = database.UpdateRecord(record);
+    if (!stored) {
+        pictures.TakeBack();
+    }
+    return stored;
+}

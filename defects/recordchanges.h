@@ -1,0 +1,18 @@
+// Changes of stored records with their pictures.
+#pragma once
+
+#include <string_view>
+
+#include "store/records/records.h"
+
+class CDbRec;
+
+// Deletes the row, then its picture files; one that can't be deleted is told with message 2105. The originals
+// and the copies for reports stay. False, with the files untouched, if the row can't be deleted.
+bool DeleteDefect(CDbRec& database, const _REC_DATA& record);
+
+// Takes the frame of `video` at `seconds` as the record's second picture and stores the record. Asks with
+// message 2200. True if the record was stored; a frame that can't be taken is told with 2201, and the record
+// gets the name of the missing file.
+bool AddSecondPicture(CDbRec& database, _REC_DATA record, std::string_view defectName, std::string_view video,
+                      double seconds);
