@@ -19,7 +19,8 @@ CSearchBox::CSearchBox(QWidget* parent) : QComboBox(parent) {
             OnChosen();
         }
     });
-    connect(lineEdit(), &QLineEdit::editingFinished, this, [this] { Settle(); });
+    connect(lineEdit(), &QLineEdit::editingFinished, this, [this] { Settle(m_choosesOnLeaving); });
+    connect(lineEdit(), &QLineEdit::textChanged, this, [this] { Mark(false); });
 }
 
 bool CSearchBox::IsTyped() const {
@@ -53,13 +54,30 @@ void CSearchBox::PutBack() {
     lineEdit()->selectAll();
 }
 
-void CSearchBox::Settle() {
+void CSearchBox::Mark(bool unknown) {
+    if (m_unknown != unknown) {
+        m_unknown = unknown;
+        QPalette colours = palette();
+        if (unknown) {
+            colours.setColor(QPalette::Base, QColor(0xFF, 0xDD, 0xDD));
+            colours.setColor(QPalette::Text, QColor(0xA0, 0x00, 0x00));
+        }
+        lineEdit()->setPalette(colours);
+    }
+}
+
+void CSearchBox::Settle(bool choose) {
     const QAbstractItemView* popup = completer()->popup();
     if (!IsTyped() || (popup->isVisible() && popup->currentIndex().isValid())) {
         return;  // the list tells which entry in a moment
     }
-    const int match = BestMatch(currentText().trimmed());
-    if (match < 0 || match == currentIndex()) {
+    const QString typed = currentText().trimmed();
+    const int match = BestMatch(typed);
+    if (match < 0 && !typed.isEmpty()) {
+        Mark(true);
+        return;
+    }
+    if (match < 0 || match == currentIndex() || !choose) {
         PutBack();
         return;
     }
@@ -76,7 +94,7 @@ bool CSearchBox::eventFilter(QObject* watched, QEvent* event) {
         switch (static_cast<QKeyEvent*>(event)->key()) {
             case Qt::Key_Return:
             case Qt::Key_Enter:
-                Settle();
+                Settle(true);
                 return true;
             case Qt::Key_Escape:
                 PutBack();

@@ -356,6 +356,19 @@ std::optional<SectionProblem> CheckSectionForm(const SectionForm& form) {
     return std::nullopt;
 }
 
+std::optional<_TESTING_DATA> WithPipeLength(const _TESTING_DATA& section) {
+    SectionForm form = MakeSectionForm({section}, false);
+    SectionTexts texts;
+    ShowSectionForm(form, texts);
+    if (ReadSectionForm(texts, form) || !(form.PipeLength > 0.0F)) {
+        return std::nullopt;
+    }
+    _TESTING_DATA changed = section;
+    changed.DistanceStart = 0.0F;
+    changed.DistanceEnd = form.PipeLength;
+    return changed;
+}
+
 std::vector<_TESTING_DATA> MakeSections(const SectionForm& form, const std::vector<_TESTING_DATA>& sections) {
     _TESTING_DATA record;
     if (!sections.empty()) {

@@ -121,5 +121,9 @@ void CalculatePipeLength(SectionForm& form);
 
 // 2166 to 2171. The manholes are checked as the file names tell them, whatever was typed.
 std::optional<SectionProblem> CheckSectionForm(const SectionForm& form);
+// The section with the distances that OK would store for its pipe length, and all else as it is: imported
+// sections have none until then, so that no defect but one at 0 m can be stored in them. Nothing if it has no
+// pipe length.
+std::optional<_TESTING_DATA> WithPipeLength(const _TESTING_DATA& section);
 // One section for each video. What the form doesn't show stays as in the first of `sections`.
 std::vector<_TESTING_DATA> MakeSections(const SectionForm& form, const std::vector<_TESTING_DATA>& sections);

@@ -19,6 +19,9 @@
 
 namespace {
 
+constexpr int MessageNotThere = 3313;
+constexpr int MessageNotShown = 3314;
+constexpr int TextMargin = 12;
 constexpr std::size_t LargestFile = 256U << 20;
 
 // Whoever may do everything may replace even what nobody is to write to.
@@ -47,12 +50,14 @@ bool CCtrlPic::ShowPicture(std::string_view path) {
     const std::string wanted(path);  // may be our own
     ClearPicture();
     const auto bytes = HostFiles().ReadFile(wanted, LargestFile);
-    if (!bytes) {
-        return false;
+    if (bytes) {
+        m_image = DecodePicture(*bytes);
     }
-    m_image = DecodePicture(*bytes);
     if (HasPicture()) {
         m_path = wanted;
+    } else if (!wanted.empty()) {
+        m_missing =
+            MessageText(HostFiles().Exists(wanted) ? MessageNotShown : MessageNotThere) + '\n' + ToQt(wanted);
     }
     return HasPicture();
 }
@@ -61,6 +66,7 @@ void CCtrlPic::ClearPicture() {
     m_image = QImage();
     ClearLayers();
     m_path.clear();
+    m_missing.clear();
     Changed();
 }
 
@@ -132,6 +138,9 @@ void CCtrlPic::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     if (!HasPicture()) {
         painter.fillRect(rect(), Qt::black);
+        painter.setPen(Qt::white);
+        painter.drawText(rect().adjusted(TextMargin, TextMargin, -TextMargin, -TextMargin),
+                         Qt::AlignCenter | Qt::TextWrapAnywhere, m_missing);
         return;
     }
     m_annotations.RenewScale();

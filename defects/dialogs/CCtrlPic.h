@@ -21,7 +21,7 @@ public:
 
     // The picture is read whole and decoded from memory, by its content and not by its ending: the file
     // doesn't stay open, so that it can be replaced while it is shown. False, with no picture, if there is
-    // none. What is drawn stays.
+    // none; its path stands in the middle then. What is drawn stays.
     bool ShowPicture(std::string_view path);
     void ClearPicture();
     bool HasPicture() const { return !m_image.isNull(); }
@@ -75,6 +75,7 @@ private:
     QImage m_above;
     std::vector<CanvasMark> m_aboveMarks;
     std::string m_path;
+    QString m_missing;  // what is said in place of a picture
     std::string m_defaultText;
     CAnnotations m_annotations;
 };

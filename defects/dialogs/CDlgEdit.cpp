@@ -32,6 +32,8 @@ constexpr int IdCanvas = 1011;
 constexpr int IdClock = 1012;
 constexpr int IdLevelText = 1007;
 constexpr int IdNumberLabel = 1018;
+constexpr int IdLengthText = 3001;
+constexpr int IdGiveLength = 3002;
 constexpr int FormCharacters = 36;  // digits
 constexpr int VisibleDefects = 20;
 constexpr int GradeKeys = 9;
@@ -62,6 +64,7 @@ CDlgEdit::CDlgEdit(bool add, CDbRec& database, std::int32_t id, float sectionLen
     auto* form = new QVBoxLayout;
     form->addLayout(MakeForm());
     form->addLayout(MakePlaceAndClock());
+    form->addLayout(MakeLengthRow());
     form->addStretch();
     form->addLayout(MakeOkCancelRow());
     m_canvas = AddControl(IdCanvas, new CCtrlPic(this));
@@ -82,6 +85,26 @@ CDlgEdit::CDlgEdit(bool add, CDbRec& database, std::int32_t id, float sectionLen
     window->addLayout(form);
     MakeManholeControls();
     ApplyCaptions();
+    m_canvas->installEventFilter(this);
+    // A defect's place is a distance and a position on the clock; its degrees are worked out as a rule.
+    setTabOrder(Item<QLineEdit>(Id::EndDistance), m_clock);
+    setTabOrder(m_clock, Item<QLineEdit>(Id::Longitude));
+    setTabOrder(Item<QLineEdit>(Id::Longitude), Item<QLineEdit>(Id::Latitude));
+}
+
+QLayout* CDlgEdit::MakeLengthRow() {
+    auto* text = AddControl(IdLengthText, new QLabel(this));
+    text->setWordWrap(true);
+    QPalette colours = text->palette();
+    colours.setColor(QPalette::WindowText, WarningColour);
+    text->setPalette(colours);
+    auto* button = AddControl(IdGiveLength, new QPushButton(this));
+    button->setAutoDefault(false);
+    OnCommand(IdGiveLength, [this] { OnGiveLength(); });
+    auto* row = new QHBoxLayout;
+    row->addWidget(text, 1);
+    row->addWidget(button);
+    return row;
 }
 
 QLayout* CDlgEdit::MakeForm() {
@@ -173,6 +196,16 @@ CButtonST* CDlgEdit::AddTool(int id, const char* caption, const char* keys, int 
     return button;
 }
 
+// While a tool is on the buttons of the others rest; their keys end it and go on with the other tool.
+void CDlgEdit::AddSwitch(ToolMode tool, const char* keys) {
+    if (*keys != '\0') {
+        auto* shortcut = new QShortcut(QKeySequence(keys), this);
+        shortcut->setEnabled(false);
+        connect(shortcut, &QShortcut::activated, this, [this, tool] { OnSwitchTool(tool); });
+        m_switches[tool] = shortcut;
+    }
+}
+
 QLayout* CDlgEdit::MakePictureBar() {
     m_pictures = AddControl(Tool::PictureBox, new QComboBox(this));
     m_pictures->setMinimumContentsLength(3);
@@ -198,6 +231,7 @@ QLayout* CDlgEdit::MakeToolBar() {
         CButtonST* button = AddTool(ToolButton(tool), caption, keys, tip);
         button->setCheckable(true);
         OnCommand(ToolButton(tool), [this, tool] { OnTool(tool); });
+        AddSwitch(tool, keys);
         bar->addWidget(button);
     };
     addTool(ToolMode::Circle, "圆", "Ctrl+1", 3183);
@@ -276,7 +310,39 @@ void CDlgEdit::ShowHours() {
                      QString::number(m_clock->GetEndHour()));
 }
 
+void CDlgEdit::keyPressEvent(QKeyEvent* event) {
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (enter && IsToolOn(m_canvas->GetTool())) {
+        OnTool(m_canvas->GetTool());
+    } else {
+        CSizeDlg::keyPressEvent(event);
+    }
+}
+
+// With the focus on the picture what is typed is meant for the form, and nothing is stored by it.
+bool CDlgEdit::TakePictureKey(const QKeyEvent& key) {
+    if (m_canvas->Annotations().HasCapture() || IsToolOn(m_canvas->GetTool())) {
+        return false;
+    }
+    const bool enter = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+    const bool typed = !key.text().isEmpty() && key.text().at(0).isPrint() &&
+                       (key.modifiers() & (Qt::ControlModifier | Qt::AltModifier)) == 0;
+    if (!enter && !typed) {
+        return false;
+    }
+    m_names->setFocus();
+    m_names->lineEdit()->selectAll();
+    if (typed) {
+        m_names->lineEdit()->insert(key.text());
+    }
+    return true;
+}
+
 bool CDlgEdit::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_canvas && event->type() == QEvent::KeyPress &&
+        TakePictureKey(*static_cast<QKeyEvent*>(event))) {
+        return true;
+    }
     if (watched == m_grades && event->type() == QEvent::Wheel) {
         return true;  // turned over it by chance, the wheel would replace the comment
     }

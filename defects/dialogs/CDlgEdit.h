@@ -2,6 +2,9 @@
 // the disk at once; the row is written with OK, and when a picture of a stored defect is deleted.
 #pragma once
 
+#include <functional>
+#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,6 +23,8 @@ class QComboBox;
 class QLabel;
 class QLayout;
 class QPlainTextEdit;
+class QPushButton;
+class QShortcut;
 
 class CDlgEdit : public CSizeDlg {
 public:
@@ -31,11 +36,14 @@ public:
     // has.
     _REC_DATA Record;
     CRecordPictures Pictures{Record};
+    // What gives a section without a length one, in metres; nothing if it can't. The window offers it then.
+    std::function<std::optional<float>()> GiveLength;
 
 protected:
     void OnInitDialog() override;
     void OnOK() override;
     void OnCancel() override;
+    void keyPressEvent(QKeyEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
@@ -44,6 +52,9 @@ private:
     QLayout* MakePictureBar();
     QLayout* MakeToolBar();
     void MakeManholeControls();
+    QLayout* MakeLengthRow();
+    void AddSwitch(ToolMode tool, const char* keys);
+    bool TakePictureKey(const QKeyEvent& key);
     CButtonST* AddTool(int id, const char* caption, const char* keys, int tip);
     void ApplyCaptions();
 
@@ -63,6 +74,9 @@ private:
     void EndTool(ToolMode tool);
     void OnColour();
     void OnReset();
+    void OnSwitchTool(ToolMode tool);
+    void OnGiveLength();
+    void ShowLength();
 
     int NameIndex() const;
     int GradeIndex() const;
@@ -79,7 +93,7 @@ private:
     const bool m_add;
     CDbRec& m_database;
     const std::int32_t m_id;
-    const float m_sectionLength;
+    float m_sectionLength;
     std::vector<DefectChoice> m_choices;  // rows of the name box
     std::vector<std::string> m_levels;    // rows of the grade box
     double m_firstTime = -1.0;            // of the first picture that was deleted last; -1: none was
@@ -95,4 +109,5 @@ private:
     QComboBox* m_pictures = nullptr;
     QLabel* m_hours = nullptr;
     QLabel* m_hint = nullptr;
+    std::map<ToolMode, QShortcut*> m_switches;
 };

@@ -3,6 +3,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QPushButton>
+#include <QShortcut>
 
 #include "controls/CButtonST.h"
 #include "controls/CSearchBox.h"
@@ -27,6 +29,12 @@ using Id = DefectControl;
 using Tool = EditControl;
 
 constexpr int IdLevelText = 1007;
+constexpr int IdLengthText = 3001;
+constexpr int IdGiveLength = 3002;
+constexpr int MessageUnknownDefect = 3309;
+constexpr int MessageNoEnd = 3310;
+constexpr int MessageGiveEnd = 3311;
+constexpr int MessageNoLength = 3312;
 constexpr std::string_view ManholePrefix = "JCJ_";
 
 std::size_t At(int index) {
@@ -46,7 +54,10 @@ void CDlgEdit::OnInitDialog() {
     Item<QLineEdit>(Id::EndDistance)->setText(ToQt(numbers.EndDistance));
     Item<QLineEdit>(ManholeControl::Number)->setText(ToQt(Record.JcjNo));
 
+    ShowLength();
+
     m_choices = DefectChoices(m_database);
+    m_names->SetChoosesOnLeaving(m_add);  // in a stored defect a slip changes nothing
     for (const DefectChoice& choice : m_choices) {
         m_names->addItem(ToQt(choice.Label));
     }
@@ -193,8 +204,41 @@ _REC_DATA CDlgEdit::BuildRecord() const {
     return record;
 }
 
+void CDlgEdit::ShowLength() {
+    const bool none = !(m_sectionLength > 0.0F);
+    const auto shown = [this](int id, bool visible, int text) {
+        GetDlgItem(id)->setVisible(visible);
+        if (auto* label = Item<QLabel>(id)) {
+            label->setText(MessageText(text));
+        } else {
+            Item<QPushButton>(id)->setText(MessageText(text));
+        }
+    };
+    shown(IdLengthText, none, GiveLength ? MessageNoEnd : MessageNoLength);
+    shown(IdGiveLength, none && GiveLength, MessageGiveEnd);
+}
+
+void CDlgEdit::OnGiveLength() {
+    if (const std::optional<float> length = GiveLength()) {
+        m_sectionLength = *length;
+        ShowLength();
+        Item<QLineEdit>(Id::StartDistance)->setFocus();
+        Item<QLineEdit>(Id::StartDistance)->selectAll();
+    }
+}
+
 void CDlgEdit::OnOK() {
-    if (IsBusy() || !ReadFields()) {
+    if (IsBusy()) {
+        return;
+    }
+    if (m_names->IsUnknown()) {
+        ShowProblem({MessageUnknownDefect,
+                     FillText(LoadMessage(MessageUnknownDefect), {FromQt(m_names->currentText())}),
+                     Id::Name});
+        m_names->lineEdit()->selectAll();
+        return;
+    }
+    if (!ReadFields()) {
         return;
     }
     if (const auto problem = CheckDefect(NameIndex(), GradeIndex(), Record, m_sectionLength)) {
@@ -280,6 +324,12 @@ void CDlgEdit::OnTool(ToolMode tool) {
     UpdateControls();
 }
 
+void CDlgEdit::OnSwitchTool(ToolMode tool) {
+    EndTool(m_canvas->GetTool());
+    BeginTool(tool);
+    UpdateControls();
+}
+
 void CDlgEdit::BeginTool(ToolMode tool) {
     // Measuring may begin while points of a calibration stand.
     m_canvas->Annotations().RenewScale();
@@ -346,6 +396,11 @@ void CDlgEdit::UpdateControls() {
             hint = button->toolTip();
             wait = IsToolOn(tool) ? ToQt(FillText(LoadMessage(3189), {FromQt(button->text())})) : QString();
         }
+    }
+    for (const auto& [tool, shortcut] : m_switches) {
+        shortcut->setEnabled(IsToolOn(state.Tool) && tool != state.Tool &&
+                             (tool != ToolMode::Measuring || Calibrated) &&
+                             !GetDlgItem(ToolButton(tool))->isEnabled());
     }
     m_hint->setText(hint);
     for (const int id : {IdOk, IdCancel}) {

@@ -4,6 +4,8 @@
 #include "defects/dialogs/CJcjDlg.h"
 #include "shell/CPrompts.h"
 #include "shell/paths.h"
+#include "store/CDbRec.h"
+#include "store/sectionform.h"
 
 namespace {
 
@@ -11,6 +13,17 @@ constexpr int MessageNoFrame = 2195;
 
 float LengthOf(const _TESTING_DATA& section) {
     return section.DistanceEnd - section.DistanceStart;
+}
+
+// Imported sections end at 0 m until their properties were confirmed.
+std::function<std::optional<float>()> LengthGiver(CDbRec& database, const _TESTING_DATA& section) {
+    const std::optional<_TESTING_DATA> changed = WithPipeLength(section);
+    if (!changed) {
+        return {};
+    }
+    return [&database, changed]() -> std::optional<float> {
+        return database.UpdateTesting(*changed) ? std::optional(LengthOf(*changed)) : std::nullopt;
+    };
 }
 
 std::string FolderOf(const _TESTING_DATA& section) {
@@ -22,6 +35,7 @@ std::string FolderOf(const _TESTING_DATA& section) {
 bool NewDefect(CDbRec& database, const _TESTING_DATA& section, std::string_view video, double seconds,
                QWidget* parent) {
     CDlgEdit dialog(true, database, section.ID, LengthOf(section), parent);
+    dialog.GiveLength = LengthGiver(database, section);
     dialog.Record.Video = video;
     dialog.Record.GpsX = section.GpsXStart;
     dialog.Record.GpsY = section.GpsYStart;
@@ -60,6 +74,7 @@ bool EditDefect(CDbRec& database, const _TESTING_DATA& section, const _REC_DATA&
         return false;
     }
     CDlgEdit dialog(false, database, record.ID, LengthOf(section), parent);
+    dialog.GiveLength = LengthGiver(database, section);
     dialog.Record = record;
     (void)dialog.DoModal();
     return true;

@@ -34,6 +34,7 @@ QPalette MakePalette() {
 constexpr const char* StyleSheet = R"(
 QToolTip { background: #2B353F; color: white; border: 0; padding: 4px 6px; }
 QAbstractItemView { border: 1px solid #D3D9DF; gridline-color: #E6EAEE; }
+QAbstractItemView:focus { border-color: #1F6FB2; }
 QHeaderView::section { background: #EEF1F4; border: 0; border-right: 1px solid #D9DFE5;
     border-bottom: 1px solid #D3D9DF; padding: 4px 6px; }
 QLineEdit, QPlainTextEdit, QTextEdit { border: 1px solid #C3CBD3; border-radius: 3px; padding: 3px 5px;

@@ -59,10 +59,17 @@ TEST_F(SearchBox, EnterOrLeavingChoosesWhatFitsBest) {
     EXPECT_EQ(Chosen, 2);
 }
 
-TEST_F(SearchBox, WhatFitsNothingGivesWayToTheFormerEntry) {
+TEST_F(SearchBox, WhatFitsNothingStaysMarkedUntilItIsTakenBack) {
     Type("zz");
+    Press(Qt::Key_Return);
+    Press(Qt::Key_Return);
     Press(Qt::Key_Tab);
+    EXPECT_EQ(Box.currentText(), "zz");
+    EXPECT_TRUE(Box.IsUnknown());
+    EXPECT_EQ(Box.currentIndex(), 0);
+    Press(Qt::Key_Escape);
     EXPECT_EQ(Box.currentText(), "(JCJ)井");
+    EXPECT_FALSE(Box.IsUnknown());
     Type("PL");
     Press(Qt::Key_Escape);  // closes the list
     Press(Qt::Key_Escape);
@@ -70,5 +77,10 @@ TEST_F(SearchBox, WhatFitsNothingGivesWayToTheFormerEntry) {
     EXPECT_EQ(Chosen, 0);
     Press(Qt::Key_Down);
     EXPECT_EQ(Box.currentText(), "(CJ)沉积");
+    EXPECT_EQ(Chosen, 1);
+    Box.SetChoosesOnLeaving(false);
+    Type("PL");
+    Press(Qt::Key_Tab);
+    EXPECT_EQ(Box.currentText(), "(CJ)沉积") << "a slip changes nothing";
     EXPECT_EQ(Chosen, 1);
 }

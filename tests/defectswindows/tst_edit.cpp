@@ -241,6 +241,90 @@ TEST_F(Edit, APictureOfANewDefectIsDeletedWithoutTouchingAnotherRow) {
         << "what was added goes with the cancelled defect";
 }
 
+TEST_F(Edit, NothingIsStoredByASlip) {
+    Folder.Prompts.Expect(2195);
+    InNextDialog([this](CSizeDlg& dialog) {
+        auto* name = dialog.Item<QComboBox>(1000)->lineEdit();
+        name->selectAll();
+        QTest::keyClicks(name, "qq");
+        PressKey(*name, Qt::Key_Return);
+        Folder.Prompts.Expect(3309);
+        PressKey(*name, Qt::Key_Return);
+        Press(dialog, 1);
+        EXPECT_TRUE(dialog.isVisible());
+        PressKey(*name, Qt::Key_Escape);
+        QWidget* canvas = dialog.GetDlgItem(1011);
+        canvas->setFocus();
+        PressKey(*canvas, Qt::Key_Return);
+        EXPECT_TRUE(dialog.isVisible()) << "Enter on the picture goes to the form";
+        canvas->setFocus();
+        PressKey(*canvas, Qt::Key_C);
+        EXPECT_EQ(name->text(), "c");
+        EXPECT_EQ(dialog.focusWidget(), dialog.GetDlgItem(1000));
+        PressKey(*name, Qt::Key_Escape);
+        Press(dialog, 2);
+    });
+    EXPECT_FALSE(NewDefect(Database, Section, Section.VideoFileList, 1.5, nullptr));
+    Store();
+    Open([](CSizeDlg& dialog) {
+        Type(dialog, 1000, "cj");
+        dialog.GetDlgItem(1013)->setFocus();
+        EXPECT_EQ(TextOf(dialog, 1000), "(BX)变形");
+        Press(dialog, 1);
+    });
+    EXPECT_EQ(Stored()[0].DefectCode, "BX");
+}
+
+TEST_F(Edit, ToolsEndAndSwitchByKeys) {
+    Store();
+    Open([this](CSizeDlg& dialog) {
+        PressKey(dialog, Qt::Key_1, Qt::ControlModifier);
+        Draw(dialog, {100, 100}, {200, 200});
+        PressKey(dialog, Qt::Key_2, Qt::ControlModifier);
+        EXPECT_TRUE(IsEnabled(dialog, 1051));
+        EXPECT_FALSE(IsEnabled(dialog, 1050)) << "the other buttons rest";
+        const QImage drawn(ToQt(HostFiles().HostPath(Stored()[0].GetPicture1())));
+        EXPECT_TRUE(IsRed(drawn, {100, 150})) << "the circle was written";
+        PressKey(*dialog.GetDlgItem(1011), Qt::Key_Return);
+        EXPECT_TRUE(dialog.isVisible());
+        EXPECT_TRUE(IsEnabled(dialog, 1)) << "the tool has ended";
+        dialog.GetDlgItem(1017)->setFocus();
+        PressKey(*dialog.GetDlgItem(1017), Qt::Key_Tab);
+        EXPECT_TRUE(dialog.GetDlgItem(1012)->hasFocus());
+        Press(dialog, 2);
+    });
+}
+
+// As imported: the end is 0 until the properties were confirmed.
+TEST_F(Edit, ASectionWithoutALengthIsToldAtOnceAndGetsOne) {
+    Section.DistanceEnd = 0.0F;
+    Section.PipeLength = "28.5";
+    ASSERT_TRUE(Database.UpdateTesting(Section));
+    Folder.Prompts.Expect(2195);
+    InNextDialog([this](CSizeDlg& dialog) {
+        Photograph(dialog, "edit-nolength");
+        Type(dialog, 1017, "12");
+        Folder.Prompts.Expect(2107);
+        Press(dialog, 1);
+        EXPECT_TRUE(dialog.GetDlgItem(3001)->isVisible());
+        Press(dialog, 3002);
+        EXPECT_FALSE(dialog.GetDlgItem(3001)->isVisible());
+        Press(dialog, 1);
+    });
+    EXPECT_TRUE(NewDefect(Database, Section, Section.VideoFileList, 1.5, nullptr));
+    CTestingDataArray sections;
+    ASSERT_TRUE(Database.ReadTestings(sections));
+    EXPECT_EQ(sections[0].DistanceEnd, 28.5F);
+    Section.PipeLength = "";
+    Folder.Prompts.Expect(2195);
+    InNextDialog([](CSizeDlg& dialog) {
+        EXPECT_TRUE(dialog.GetDlgItem(3001)->isVisible());
+        EXPECT_FALSE(dialog.GetDlgItem(3002)->isVisible());
+        Press(dialog, 2);
+    });
+    EXPECT_FALSE(NewDefect(Database, Section, Section.VideoFileList, 1.5, nullptr));
+}
+
 TEST_F(Edit, FitsTheScreenInBothLanguages) {
     Store();
     for (const char* language : {"简体中文", "English"}) {
