@@ -57,9 +57,9 @@ bool CDbCriterion::LoadDefectNames() {
 bool CDbCriterion::LoadDefectLevels(std::string_view code, std::vector<std::string>* descriptions,
                                     std::vector<float>* evaluates) {
     try {
-        // The code stands in the statement as it is; what comes of that is the engine's to refuse.
-        const std::string statement = FormatSql(
-            "Select * from DefectLevel where DefectCode=\"%s\" Order By DefectLevel", {std::string(code)});
+        const std::string statement =
+            FormatSql("Select * from DefectLevel where DefectCode=\"%s\" Order By DefectLevel",
+                      {EscapeSqlQuoted(code)});
         for (CDbCursor rows = Execute(statement); !rows.IsEof(); rows.MoveNext()) {
             const std::int32_t grade = rows.GetLong("DefectLevel");
             if (grade < 1 || grade > HighestGrade) {

@@ -70,6 +70,7 @@ private:
     };
 
     static _TESTING_DATA ReadTestingRow(CDbCursor& row);
+    bool ReadRows(std::int32_t testingId, CRecDataArray& out, bool withEvaluate, const _REC_DATA*& reading);
     void ReadRecordRow(CDbCursor& row, _REC_DATA& record) const;
     static void ReadPictures(CDbCursor& row, _REC_DATA& record);
     float ReadEvaluate(const _REC_DATA& record);

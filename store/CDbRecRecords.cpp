@@ -1,6 +1,7 @@
 // The record half of CDbRec: statements on table `Record`.
 #include "shell/CHostFiles.h"
 #include "shell/CPrompts.h"
+#include "shell/language.h"
 #include "shell/numbers.h"
 #include "shell/seams.h"
 #include "shell/textcodec.h"
@@ -10,6 +11,8 @@
 #include "store/sqltext.h"
 
 namespace {
+
+constexpr int MessageRecord = 3410;
 
 // The whole project for an id below 0.
 std::string RecordSelection(const char* beginning, std::int32_t testingId) {
@@ -78,26 +81,42 @@ float CDbRec::ReadEvaluate(const _REC_DATA& record) {
         return known->second;
     }
     CDbCursor row = Execute(FormatSql("Select * from DefectLevel where DefectCode=\"%s\" And DefectLevel= %d",
-                                      {record.DefectCode, FormatInt(record.DefectLevel)}));
+                                      {EscapeSqlQuoted(record.DefectCode), FormatInt(record.DefectLevel)}));
     const float score = row.IsEof() ? 0.0F : row.GetFloat("Evaluate");
     return m_evaluates.emplace(key, score).first->second;
 }
 
 bool CDbRec::ReadRecords(std::int32_t testingId, CRecDataArray& out, bool withEvaluate) {
     out.RemoveAll();
+    const _REC_DATA* reading = nullptr;
+    if (ReadRows(testingId, out, withEvaluate, reading)) {
+        return true;
+    }
+    // One row that can't be read keeps the whole project from being worked on: which is it?
+    ShowMessage(2017, reading == nullptr || reading->ID == 0
+                          ? std::string()
+                          : "\r\n" + FillText(LoadMessage(MessageRecord),
+                                              {FormatInt(reading->ID), FormatInt(reading->TestingID),
+                                               reading->DefectCode}));
+    return false;
+}
+
+// `reading` is the record that was being read when it failed; null if none was.
+bool CDbRec::ReadRows(std::int32_t testingId, CRecDataArray& out, bool withEvaluate,
+                      const _REC_DATA*& reading) {
     const CHostFiles::CLookOnce look(HostFiles());
     try {
         for (CDbCursor rows = Execute(RecordSelection("select", testingId)); !rows.IsEof(); rows.MoveNext()) {
-            ReadRecordRow(rows, out[out.Add(_REC_DATA())]);  // a row that fails stays, half read
+            _REC_DATA& record = out[out.Add(_REC_DATA())];  // a row that fails stays, half read
+            reading = &record;
+            ReadRecordRow(rows, record);
         }
-        if (withEvaluate) {
-            for (_REC_DATA& record : out) {
-                record.Evaluate = ReadEvaluate(record);
-            }
+        for (int i = 0; withEvaluate && i < out.GetSize(); ++i) {
+            reading = &out[i];
+            out[i].Evaluate = ReadEvaluate(out[i]);
         }
         return true;
     } catch (const CDbError&) {
-        ShowMessage(2017);
         return false;
     }
 }

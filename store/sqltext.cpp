@@ -31,6 +31,17 @@ std::size_t CopyQuoted(std::string_view statement, std::size_t at, std::string& 
     throw CDbError("text without an end in a statement");
 }
 
+std::string DoubleQuotes(std::string_view text, char quote) {
+    std::string out;
+    for (const char c : text.substr(0, text.find('\0'))) {
+        out += c;
+        if (c == quote) {
+            out += c;
+        }
+    }
+    return out;
+}
+
 std::string SqlNumber(double value, int digits) {
     if (std::isnan(value)) {
         return "'NaN'";
@@ -69,14 +80,11 @@ std::string FormatSql(std::string_view statement, const std::vector<std::string>
 }
 
 std::string EscapeSqlText(std::string_view text) {
-    std::string out;
-    for (const char c : text.substr(0, text.find('\0'))) {
-        out += c;
-        if (c == '\'') {
-            out += c;
-        }
-    }
-    return out;
+    return DoubleQuotes(text, '\'');
+}
+
+std::string EscapeSqlQuoted(std::string_view text) {
+    return DoubleQuotes(text, '"');
 }
 
 std::string EscapeSqlPath(std::string_view path) {

@@ -11,6 +11,9 @@ std::string FormatSql(std::string_view statement, const std::vector<std::string>
 
 // `'` is doubled and nothing else happens: case and slashes stay. A text ends at its first zero character.
 std::string EscapeSqlText(std::string_view text);
+// For texts that stand in double quotes in a statement: `"` is doubled, so that a code is a value whatever it
+// holds. A text ends at its first zero character.
+std::string EscapeSqlQuoted(std::string_view text);
 // For the picture and video paths of records: lower case, "\" as separator, then as EscapeSqlText.
 std::string EscapeSqlPath(std::string_view path);
 // Distances and times with 3 decimals, positions with 12. What isn't finite stands as a quoted text that
@@ -19,6 +22,5 @@ std::string SqlDistance(double metresOrSeconds);
 std::string SqlCoordinate(double degrees);
 
 // From the dialect of the statements (double quotes hold texts too) to the engine's. Anything but exactly
-// one statement throws CDbError: a code read from a field file stands in statements as it is, and must
-// not bring another one along.
+// one statement throws CDbError.
 std::string TranslateSql(std::string_view statement);

@@ -36,16 +36,30 @@ TEST(SqlText, QuotesAreTranslated) {
 
 using Cursor = CProjectTest;
 
-TEST_F(Cursor, CodesBringNoStatementAlong) {
+TEST_F(Cursor, CodesAreValuesWhateverTheyHold) {
     std::vector<std::string> texts;
-    Folder.Prompts.Expect(2003);
-    EXPECT_FALSE(Database.LoadDefectLevels("PL\"; delete from DefectLevel where \"\"=\"", &texts, nullptr));
-    Folder.Prompts.Expect(2003);
-    EXPECT_FALSE(Database.LoadDefectLevels("PL\" --", &texts, nullptr));
-    EXPECT_TRUE(Database.LoadDefectLevels("P'L; -- /*", &texts, nullptr));
-    EXPECT_TRUE(texts.empty());
+    for (const char* code : {"P\"L", "P\" or \"1\"=\"1", "PL\"; delete from DefectLevel where \"\"=\"",
+                             "PL\" --", "P'L; -- /*", "\""}) {
+        EXPECT_TRUE(Database.LoadDefectLevels(code, &texts, nullptr)) << code;
+        EXPECT_TRUE(texts.empty()) << code;
+        _REC_DATA record;
+        record.TestingID = 1;
+        record.DefectCode = code;
+        record.DefectLevel = 1;
+        ASSERT_TRUE(Database.AddRecord(record)) << code;
+    }
+    for (const _REC_DATA& record : Records(1, true)) {
+        EXPECT_EQ(record.Evaluate, 0.0F) << record.DefectCode;
+    }
+    EXPECT_EQ(Records(1)[1].DefectCode, "P\" or \"1\"=\"1");
     EXPECT_TRUE(Database.LoadDefectLevels("PL", &texts, nullptr));
     EXPECT_EQ(texts.size(), 4U);
+    // A row that can't be read is named.
+    Database.Execute("update Record set TestingID = 1, DefectLevel = NULL where ID = 2");
+    Folder.Prompts.Expect(2017);
+    CRecDataArray records;
+    EXPECT_FALSE(Database.ReadRecords(1, records, true));
+    EXPECT_NE(Folder.Prompts.LastText().find("P\" or"), std::string::npos) << Folder.Prompts.LastText();
     for (const char* statement : {"", " ", ";", "no statement", "select * from NoTable", "select \"x"}) {
         EXPECT_THROW(Database.Execute(statement), CDbError) << statement;
     }
