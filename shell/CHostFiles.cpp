@@ -214,7 +214,7 @@ bool CHostFiles::WriteFile(std::string_view path, const std::function<bool(const
         return Refused(refusal);
     }
     const CCreation creation(m_folders, target);
-    CTemporaryTwin twin(target, replaces ? former.st_mode & 07777 : 0644);
+    CTemporaryTwin twin(target, replaces ? former.st_mode & 07777 : DefaultMode());
     return Done(twin.File().IsOpen() && write(twin.File()) && twin.TakePlace(true, existing));
 }
 
@@ -251,7 +251,7 @@ bool CHostFiles::CopyBytes(const std::string& from, const std::string& to, const
                            bool flush, Existing existing, CProgress& progress) {
     const CCreation creation(m_folders, to);
     CUnixFile in(from, O_RDONLY);
-    CTemporaryTwin twin(to, 0644);
+    CTemporaryTwin twin(to, DefaultMode());
     return Done(in.IsOpen() && twin.File().IsOpen() && twin.CopyFrom(in, progress) &&
                 twin.SetTime(source.st_mtim) && twin.TakePlace(flush, existing));
 }
@@ -336,6 +336,12 @@ bool CHostFiles::MirrorFile(std::string_view from, std::string_view to) {
 
 bool CHostFiles::DeleteFile(std::string_view path) {
     const bool done = Done(unlink(HostPath(path).c_str()) == 0);
+    m_folders.Forget();
+    return done;
+}
+
+bool CHostFiles::MoveFile(std::string_view from, std::string_view to) {
+    const bool done = Done(CTemporaryTwin::Rename(HostPath(from), HostPath(to), Existing::Keep));
     m_folders.Forget();
     return done;
 }

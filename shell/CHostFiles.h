@@ -69,6 +69,8 @@ public:
     // `to` lies in a folder of the program's own.
     bool MirrorFile(std::string_view from, std::string_view to);
     bool DeleteFile(std::string_view path);
+    // Within one file system; what has the name already stays, and makes it fail.
+    bool MoveFile(std::string_view from, std::string_view to);
     bool MakeFolder(std::string_view path);    // with its parents; true if it is there afterwards
     bool RemoveFolder(std::string_view path);  // with all that is in it
     bool RemoveEmptyFolder(std::string_view path);

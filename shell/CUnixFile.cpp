@@ -5,6 +5,13 @@
 
 #include <cerrno>
 
+mode_t DefaultMode() {
+    // There is no way but this to ask for it. Nobody makes files in between.
+    const mode_t mask = umask(077);
+    umask(mask);
+    return 0666 & ~mask;
+}
+
 CUnixFile::CUnixFile(const std::string& hostPath, int flags)
     : m_descriptor(open(hostPath.c_str(), flags | O_CLOEXEC)) {}
 

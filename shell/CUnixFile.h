@@ -6,6 +6,9 @@
 #include <string>
 #include <string_view>
 
+// What a new file gets: readable for all, less what the process's umask takes away.
+mode_t DefaultMode();
+
 class CUnixFile {
 public:
     CUnixFile(const std::string& hostPath, int flags);

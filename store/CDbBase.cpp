@@ -13,6 +13,7 @@
 #include "shell/seams.h"
 #include "shell/textcodec.h"
 #include "store/CDbError.h"
+#include "store/CNewDatabaseFile.h"
 #include "store/sqltext.h"
 
 namespace {
@@ -33,6 +34,11 @@ int CollateNoCase(void*, int sizeA, const void* a, int sizeB, const void* b) {
 void SqlNow(sqlite3_context* context, int, sqlite3_value**) {
     const std::string text = FormatTime(Clock().LocalNow(), DatabaseTimeFormat);
     sqlite3_result_text(context, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
+}
+
+bool StartsWithSelect(std::string_view statement) {
+    constexpr std::string_view word = "select";
+    return EqualNoCase(statement.substr(0, word.size()), word);
 }
 
 }  // namespace
@@ -78,9 +84,40 @@ void CDbBase::Disconnect() {
     }
     m_batchDepth = 0;
     m_openFile.Release();
+    m_hostPath.clear();
 }
 
-bool CDbBase::Open(std::string_view path, std::string_view password) {
+bool CDbBase::IsReadOnly() const {
+    return IsOpen() && sqlite3_db_readonly(m_connection, "main") == 1;
+}
+
+bool CDbBase::FileGone() const {
+    return IsOpen() && !m_hostPath.empty() && !m_openFile.IsAt(m_hostPath);
+}
+
+void CDbBase::SaveCopy(std::string_view path) {
+    if (!IsOpen()) {
+        throw CDbError("no database is open");
+    }
+    const std::string target = HostFiles().HostPath(path);
+    if (COpenFile::IsOpen(target)) {
+        throw CDbError("the target is open");
+    }
+    CNewDatabaseFile file(target);
+    {
+        CDbBase copy;
+        copy.Create(file.Name(), CDbPassword);
+        sqlite3_backup* const backup = sqlite3_backup_init(copy.m_connection, "main", m_connection, "main");
+        const int result = backup == nullptr ? SQLITE_ERROR : sqlite3_backup_step(backup, -1);
+        if (sqlite3_backup_finish(backup) != SQLITE_OK || result != SQLITE_DONE) {
+            throw CDbError(sqlite3_errmsg(copy.m_connection));
+        }
+    }
+    file.Flush(DefaultMode());
+    file.TakePlace(CNewDatabaseFile::Existing::Replace);
+}
+
+bool CDbBase::Open(std::string_view path, std::string_view password, Access access) {
     Close();
     try {
         const std::string hostPath = HostFiles().HostPath(path);
@@ -92,7 +129,11 @@ bool CDbBase::Open(std::string_view path, std::string_view password) {
         if (std::filesystem::file_size(hostPath, error) < PageSize) {
             throw CDbError("too short for a database");
         }
-        Connect(hostPath, password, SQLITE_OPEN_READWRITE);
+        // What a crash left half done can only be taken back by who may write.
+        const bool shared =
+            access == Access::Shared && !std::filesystem::exists(hostPath + "-journal", error);
+        Connect(hostPath, password, shared ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE);
+        m_hostPath = hostPath;
         return true;
     } catch (const CDbError&) {
         Disconnect();
@@ -163,6 +204,9 @@ CDbCursor CDbBase::Execute(std::string_view statement) {
     if (m_batchDepth > 0 && IsBatchLost()) {
         throw CDbError("the batch was lost");
     }
+    if (!StartsWithSelect(statement) && FileGone()) {
+        throw CDbError("the file has gone");
+    }
     return CDbCursor(m_statements.Take(m_connection, TranslateSql(statement)));
 }
 
@@ -189,10 +233,19 @@ void CDbBase::EndBatch() {
         throw CDbError("the batch was lost");
     }
     try {
+        if (FileGone()) {
+            throw CDbError("the file has gone");
+        }
         Run("COMMIT");
     } catch (const CDbError&) {
         sqlite3_exec(m_connection, "ROLLBACK", nullptr, nullptr, nullptr);
         throw;
+    }
+}
+
+void CDbBase::DiscardBatch() {
+    if (m_batchDepth > 0 && !IsBatchLost()) {
+        Run("ROLLBACK");  // the batch counts as lost from here on
     }
 }
 
@@ -217,6 +270,10 @@ void CDbBatch::Commit() {
         m_open = false;
         m_database.EndBatch();
     }
+}
+
+void CDbBatch::Discard() {
+    m_database.DiscardBatch();
 }
 
 bool CDbBatch::IsLost() const {

@@ -30,9 +30,19 @@ public:
     CDbBase(const CDbBase&) = delete;
     CDbBase& operator=(const CDbBase&) = delete;
 
+    // Shared is for looking: others may look at the same time, and nothing can be changed.
+    enum class Access { Exclusive, Shared };
     // `path` is a path text. Closes what was open. Failure shows message 2000 with the path.
-    bool Open(std::string_view path, std::string_view password);
+    bool Open(std::string_view path, std::string_view password, Access access = Access::Exclusive);
     bool IsOpen() const { return m_connection != nullptr; }
+    // Open for reading only, since the file can't be written.
+    bool IsReadOnly() const;
+    // The file has been moved, replaced or removed since it was opened: its name leads elsewhere. What is
+    // changed now would be in no project, so Execute refuses changes then; reading goes on.
+    bool FileGone() const;
+    // Makes a copy of what is open, whole or not at all. Throws CDbError. `path` is a path text; a file there
+    // is replaced.
+    void SaveCopy(std::string_view path);
 
     // Runs exactly one statement. Throws CDbError, also in a batch that was lost (see CDbBatch).
     CDbCursor Execute(std::string_view statement);
@@ -55,6 +65,7 @@ private:
     friend class CTableWriter;
     void BeginBatch();
     void EndBatch();
+    void DiscardBatch();
     bool IsBatchLost() const;
 
     void Connect(const std::string& hostPath, std::string_view password, int flags);
@@ -65,6 +76,7 @@ private:
     sqlite3* m_connection = nullptr;
     CStatementCache m_statements;
     COpenFile m_openFile;
+    std::string m_hostPath;  // empty for what has no file
     int m_batchDepth = 0;
     std::uint64_t m_batchSerial = 0;
 };
@@ -81,6 +93,8 @@ public:
 
     // Throws CDbError if what was done could not be stored; nothing of it is in the file then.
     void Commit();
+    // Takes back what was done since the outermost batch began. Nothing more can be done in it.
+    void Discard();
     // Whether the engine had to give the whole batch up (a full disk). Nothing more can be done in it.
     bool IsLost() const;
 

@@ -23,10 +23,10 @@ void CDbCriterion::Close() {
     DefectLabels.clear();
 }
 
-bool CDbCriterion::OpenDatabase(std::string_view path, std::string_view password) {
+bool CDbCriterion::OpenDatabase(std::string_view path, std::string_view password, Access access) {
     try {
         Close();
-        if (!PrepareToOpen(path, password) || !Open(path, password)) {
+        if (!PrepareToOpen(path, password) || !Open(path, password, access)) {
             return false;
         }
         if (LoadDefectNames()) {

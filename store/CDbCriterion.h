@@ -17,7 +17,7 @@ public:
     // Opens and loads the defect lists. A file of the older engine is converted first, if the operator says
     // so (see PrepareToOpen). Failure shows its message (2000, 2001 or 2002), and the file is
     // closed again.
-    bool OpenDatabase(std::string_view path, std::string_view password);
+    bool OpenDatabase(std::string_view path, std::string_view password, Access access = Access::Exclusive);
 
     // Message 2002.
     bool LoadDefectNames();

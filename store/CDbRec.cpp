@@ -229,6 +229,7 @@ bool CDbRec::DeleteTesting(const _TESTING_DATA& in) {
         Execute(FormatSql("delete from Record where TestingID = %d", {FormatInt(in.ID)}));
         message = 2010;
         Execute(FormatSql("delete from Testing where ID = %d", {FormatInt(in.ID)}));
+        message = 2009;  // if nothing can be stored, the records are there too
         batch.Commit();
     } catch (const CDbError&) {
         ShowMessage(message);

@@ -1,11 +1,18 @@
 #include "store/COpenFile.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <optional>
 #include <set>
 
+#include "shell/CUnixFile.h"
+
 namespace {
+
+// Where the engine locks its files: the bytes of its pending, reserved and shared locks.
+constexpr off_t LockByte = 0x40000000;
+constexpr off_t LockBytes = 512;
 
 using Key = std::pair<dev_t, ino_t>;
 
@@ -40,6 +47,24 @@ void COpenFile::Release() {
         OpenKeys().erase(m_key);
         m_claimed = false;
     }
+}
+
+bool COpenFile::IsAt(const std::string& hostPath) const {
+    const std::optional<Key> key = KeyOf(hostPath);
+    return m_claimed && key && *key == m_key;
+}
+
+bool COpenFile::IsHeld(const std::string& hostPath) {
+    if (IsOpen(hostPath)) {
+        return true;  // closing a descriptor here would take the lock away
+    }
+    const CUnixFile file(hostPath, O_RDWR | O_NONBLOCK);
+    struct flock lock {};
+    lock.l_type = F_WRLCK;
+    lock.l_whence = SEEK_SET;
+    lock.l_start = LockByte;
+    lock.l_len = LockBytes;
+    return file.IsOpen() && fcntl(file.Descriptor(), F_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
 }
 
 bool COpenFile::IsOpen(const std::string& hostPath) {

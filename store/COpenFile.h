@@ -18,7 +18,11 @@ public:
     // False if the file is open already, or isn't a regular file.
     bool Claim(const std::string& hostPath);
     void Release();
+    // Whether the claimed file is what the name leads to.
+    bool IsAt(const std::string& hostPath) const;
     static bool IsOpen(const std::string& hostPath);
+    // Whether another process holds a lock on it, or this one has it open.
+    static bool IsHeld(const std::string& hostPath);
 
 private:
     std::pair<dev_t, ino_t> m_key{};

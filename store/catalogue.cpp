@@ -6,11 +6,14 @@
 #include "shell/CDesktop.h"
 #include "shell/CHostFiles.h"
 #include "shell/CPrompts.h"
+#include "shell/CSilentPrompts.h"
+#include "shell/failures.h"
 #include "shell/language.h"
 #include "shell/numbers.h"
 #include "shell/paths.h"
 #include "shell/seams.h"
 #include "shell/textcodec.h"
+#include "store/CDbError.h"
 #include "store/CDbRec.h"
 #include "store/COpenFile.h"
 #include "store/jetconversion.h"
@@ -19,13 +22,20 @@
 namespace {
 
 constexpr const char* Extension = ".mdb";
+constexpr const char* JournalEnding = "-journal";
+constexpr int MessageNoTrash = 3411;
+constexpr int MessageProject = 3412;
+constexpr int MessageOtherRow = 3413;
+constexpr int MessageStays = 3414;
 
 std::string FreeProjectPath() {
     using std::chrono::seconds;
     for (auto time = Clock().LocalNow();; time += seconds(1)) {
         const std::string title = GetDbFolder() + FormatTime(time, "%Y-%m-%d-%H%M%S");
         // A side folder of a lost project mustn't become the new one's.
-        if (!HostFiles().Exists(title + Extension) && !HostFiles().Exists(title + "_sn")) {
+        if (!HostFiles().Exists(title + Extension) && !HostFiles().Exists(title + "_sn") &&
+            !HostFiles().Exists(title + Extension +
+                                JournalEnding)) {  // it would be rolled back into the new one
             return title + Extension;
         }
     }
@@ -57,7 +67,7 @@ bool ReadListed(std::string_view path, std::string_view password, _PRO_DATA& pro
         return true;
     }
     CDbRec database;
-    if (!database.OpenDatabase(path, password) || !database.ReadAttrib(project)) {
+    if (!database.OpenDatabase(path, password, CDbBase::Access::Shared) || !database.ReadAttrib(project)) {
         return false;
     }
     if (count != nullptr) {
@@ -84,16 +94,62 @@ bool ReadForDeletion(std::string_view path) {
     return database.OpenDatabase(path, CDbPassword) && database.ReadTestings(sections);
 }
 
-bool EmptyProject(std::string_view path) {
+// In one step with the removal of the file: without that nothing has happened.
+bool EmptyAndRemove(std::string_view path) {
     CDbRec database;
     CTestingDataArray sections;
     if (!database.OpenDatabase(path, CDbPassword) || !database.ReadTestings(sections)) {
         return false;
     }
+    CDbBatch batch(database);
     for (const _TESTING_DATA& section : sections) {
-        (void)database.DeleteTesting(section);  // tells of its own failure, and the others still go
+        if (!database.DeleteTesting(section)) {
+            batch.Discard();
+            return false;
+        }
     }
-    return true;
+    const bool removed = HostFiles().DeleteFile(path);
+    batch.Discard();
+    if (!removed) {
+        ShowMessage(2205, "\r\n" + FailureText(HostFiles().LastError()));
+    }
+    return removed;
+}
+
+bool RemoveOld(std::string_view path) {
+    const bool removed = HostFiles().DeleteFile(path);
+    if (!removed) {
+        ShowMessage(2205, "\r\n" + FailureText(HostFiles().LastError()));
+    }
+    return removed;
+}
+
+// What the question tells; without a word of what can't be read, which the deletion itself tells.
+std::string Describe(std::string_view path) {
+    CSilentPrompts silent;
+    const CSeamScope scope({.Prompts = &silent});
+    _PRO_DATA project;
+    std::string sections = "?";
+    if (IsOldDatabase(path)) {
+        (void)ReadListed(path, CDbPassword, project, nullptr);
+    } else {
+        CDbRec database;
+        CTestingDataArray all;
+        if (database.OpenDatabase(path, CDbPassword) && database.ReadAttrib(project) &&
+            database.ReadTestings(all)) {
+            sections = FormatInt(all.GetSize());
+        }
+    }
+    return FillText(LoadMessage(MessageProject), {project.ProjectName, GetFileName(path), sections});
+}
+
+bool AskToDelete(std::string_view path, const ProjectRow* shown) {
+    std::string text = LoadMessage(2204) + "\r\n" + Describe(path);
+    if (shown != nullptr && !EqualNoCase(shown->OwnPath, path)) {
+        text += "\r\n" +
+                FillText(LoadMessage(MessageOtherRow), {shown->ProjectName, GetFileName(shown->OwnPath)});
+    }
+    return Prompts().AskOkCancel(2204, text);
 }
 
 }  // namespace
@@ -138,6 +194,25 @@ bool CanSaveProject(const ProjectProperties& properties, int criterionIndex,
     return !properties.ProjectName.empty() && criterionIndex >= 0 && criterionIndex < criteria.GetSize();
 }
 
+namespace {
+
+// Without its attributes it would be listed without a name: a disk that is full may have room for the copy
+// and no more. What can't even be opened stays, since it may be what is wrong with the standard.
+void DropUnnamed(std::string_view path) {
+    bool opens = false;
+    {
+        CSilentPrompts silent;
+        const CSeamScope scope({.Prompts = &silent});
+        CDbRec database;
+        opens = database.OpenDatabase(path, CDbPassword, CDbBase::Access::Shared);
+    }
+    if (opens) {
+        (void)HostFiles().DeleteFile(path);
+    }
+}
+
+}  // namespace
+
 std::string CreateProject(const ProjectProperties& properties, int criterionIndex,
                           const CCriterionDataArray& criteria) {
     if (!CanSaveProject(properties, criterionIndex, criteria)) {
@@ -154,7 +229,11 @@ std::string CreateProject(const ProjectProperties& properties, int criterionInde
         ShowMessage(2203, path);
         return {};
     }
-    return WriteNewAttrib(path, properties, FormatInt(criterionIndex)) ? path : std::string();
+    if (!WriteNewAttrib(path, properties, FormatInt(criterionIndex))) {
+        DropUnnamed(path);
+        return {};
+    }
+    return path;
 }
 
 bool WriteNewAttrib(std::string_view path, const ProjectProperties& properties,
@@ -169,23 +248,60 @@ bool WriteNewAttrib(std::string_view path, const ProjectProperties& properties,
     return database.OpenDatabase(path, CDbPassword) && database.WriteAttrib(attributes, true);
 }
 
-bool DeleteProject(std::string_view path) {
-    if (!AskOkCancel(2204) || !ReadForDeletion(path)) {
+bool DeleteProject(std::string_view path, const ProjectRow* shown) {
+    if (!AskToDelete(path, shown) || !ReadForDeletion(path)) {
         return false;
     }
-    (void)Desktop().CopyToTrash(path);
-    // Nobody converts a project to throw it away.
-    if (!IsOldDatabase(path) && !EmptyProject(path)) {
+    if (!Desktop().CopyToTrash(path) && !AskOkCancel(MessageNoTrash)) {
         return false;
     }
-    if (!HostFiles().DeleteFile(path)) {
+    try {
+        // Nobody converts a project to throw it away.
+        if (!(IsOldDatabase(path) ? RemoveOld(path) : EmptyAndRemove(path))) {
+            return false;
+        }
+    } catch (const CDbError&) {
         ShowMessage(2205);
         return false;
     }
     const std::string file(path);
-    (void)HostFiles().DeleteFile(file + "-journal");
+    (void)HostFiles().DeleteFile(file + JournalEnding);
     if (EqualNoCase(GetFileExtension(file), "mdb")) {
         (void)HostFiles().RemoveFolder(file.substr(0, file.size() - 4) + "_sn");
     }
     return true;
+}
+
+std::vector<std::string> UnreadableFiles(const ProjectListing& listing) {
+    std::vector<std::string> paths;
+    std::size_t row = 0;
+    for (const _PRO_DATA& project : listing.Projects) {
+        if (row < listing.Rows.size() && listing.Rows[row].OwnPath == project.ProjectPath) {
+            ++row;
+        } else {
+            paths.push_back(project.ProjectPath);
+        }
+    }
+    return paths;
+}
+
+bool SetAside(const std::vector<std::string>& paths) {
+    std::string stay;
+    for (const std::string& path : paths) {
+        const std::string folder = GetParentFolder(path) + "unreadable\\";
+        std::string target = folder + GetFileName(path);
+        for (int number = 2; HostFiles().Exists(target); ++number) {
+            target = folder + GetFileTitle(path) + " (" + FormatInt(number) + ")." + GetFileExtension(path);
+        }
+        if (COpenFile::IsHeld(HostFiles().HostPath(path)) || !HostFiles().MakeFolder(folder) ||
+            !HostFiles().MoveFile(path, target)) {
+            stay += "\r\n" + GetFileName(path);
+        } else if (HostFiles().Exists(path + JournalEnding)) {
+            (void)HostFiles().MoveFile(path + JournalEnding, target + JournalEnding);
+        }
+    }
+    if (!stay.empty()) {
+        ShowMessage(MessageStays, stay);
+    }
+    return stay.empty();
 }

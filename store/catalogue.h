@@ -56,6 +56,16 @@ std::string CreateProject(const ProjectProperties& properties, int criterionInde
 bool WriteNewAttrib(std::string_view path, const ProjectProperties& properties,
                     std::string_view standardIndex);
 
-// Asks with message 2204. Puts a copy into the desktop's trash, empties the project, removes its file and
-// its side folder. 2205 if the file can't be removed.
-bool DeleteProject(std::string_view path);
+// Asks with message 2204, naming the project, its file and how many sections it has; `shown` is the row that
+// the operator chose, which behind an unreadable file stands for another project: then both are named. Puts a
+// copy into the desktop's trash (and asks again, 3411, if that fails), empties the project, removes its file
+// and its side folder. The first section that can't be deleted ends it, as does a file that can't be removed
+// (2205): the project is as before then.
+bool DeleteProject(std::string_view path, const ProjectRow* shown = nullptr);
+
+// The files of the listing that can't be read, as path texts.
+std::vector<std::string> UnreadableFiles(const ProjectListing& listing);
+// Moves them into "unreadable\" in their folder, each under a free name, so that every row stands for its
+// project again. A file that another program holds stays: it may be read as soon as that one is done. Tells
+// with 3414 which had to stay. True if all went.
+bool SetAside(const std::vector<std::string>& paths);

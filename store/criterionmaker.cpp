@@ -13,6 +13,7 @@
 #include "shell/textcodec.h"
 #include "store/CDbBase.h"
 #include "store/CDbError.h"
+#include "store/CNewDatabaseFile.h"
 #include "store/schema.h"
 #include "store/sqltext.h"
 
@@ -127,21 +128,18 @@ Criterion ParseCriterion(std::string_view text) {
 }
 
 void WriteCriterionFile(const Criterion& criterion, const std::string& hostPath) {
-    const std::string temporary = hostPath + ".new";
-    std::remove(temporary.c_str());
     try {
+        CNewDatabaseFile file(hostPath);
         CDbBase database;
-        database.Create(temporary, CDbPassword);
+        database.Create(file.Name(), CDbPassword);
         CDbBatch batch(database);
         CreateSchema(database, criterion.Name);
         InsertDefects(database, criterion);
         batch.Commit();
         database.Close();
-        if (std::rename(temporary.c_str(), hostPath.c_str()) != 0) {
-            throw CDbError("it can't take its place");
-        }
+        file.Flush(DefaultMode());
+        file.TakePlace(CNewDatabaseFile::Existing::Replace);
     } catch (const CDbError& error) {
-        std::remove(temporary.c_str());
         throw std::runtime_error(hostPath + " can't be written: " + error.what());
     }
 }

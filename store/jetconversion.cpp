@@ -11,7 +11,6 @@
 
 #include "shell/CHostFiles.h"
 #include "shell/CPrompts.h"
-#include "shell/CTemporaryTwin.h"
 #include "shell/CUnixFile.h"
 #include "shell/language.h"
 #include "shell/numbers.h"
@@ -20,6 +19,7 @@
 #include "store/CDbCriterion.h"
 #include "store/CDbError.h"
 #include "store/CLateProgress.h"
+#include "store/CNewDatabaseFile.h"
 #include "store/COpenFile.h"
 #include "store/jet/jetfile.h"
 #include "store/jetlisting.h"
@@ -28,6 +28,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+using Existing = CTemporaryTwin::Existing;
+
 constexpr std::string_view OldEnding = ".jet";
 
 // The new database can't be used, and its message was shown.
@@ -35,12 +37,6 @@ class CUnusable {};
 
 [[noreturn]] void Fail(const std::string& text) {
     throw CDbError(text);
-}
-
-// Locks over a network ask for a descriptor that can write; a file that can't be written is locked as it is.
-int OpenToLock(const std::string& hostPath, int flags) {
-    const int descriptor = open(hostPath.c_str(), O_RDWR | O_CLOEXEC | flags, 0644);
-    return descriptor >= 0 ? descriptor : open(hostPath.c_str(), O_RDONLY | O_CLOEXEC | flags, 0644);
 }
 
 bool IsSame(const struct stat& one, const struct stat& other) {
@@ -140,99 +136,6 @@ private:
     std::string m_made;
 };
 
-// Keeps others from making the same file. Its own file is there only meanwhile, or after a crash.
-class CTargetLock {
-public:
-    explicit CTargetLock(std::string hostPath) : m_path(std::move(hostPath)) {
-        for (;;) {
-            m_file.emplace(OpenToLock(m_path, O_CREAT | O_NOFOLLOW | O_NONBLOCK));
-            struct stat state {};
-            if (!m_file->IsOpen() || flock(m_file->Descriptor(), LOCK_EX | LOCK_NB) != 0 ||
-                !m_file->State(state)) {
-                Fail("the new file is being made by somebody else");
-            }
-            if (Names(m_path, state)) {
-                return;
-            }
-            // Its owner removed it between our opening and locking.
-        }
-    }
-    ~CTargetLock() { unlink(m_path.c_str()); }  // while it is still ours
-    CTargetLock(const CTargetLock&) = delete;
-    CTargetLock& operator=(const CTargetLock&) = delete;
-
-private:
-    std::string m_path;
-    std::optional<CUnixFile> m_file;
-};
-
-// What stands beside a target while it is made. The target's own name need not fit with an addition, so it
-// is told by a number made from it (FNV-1a); targets that share one wait for each other and lose nothing.
-std::string NameBeside(const std::string& target) {
-    const fs::path path(target);
-    std::uint64_t number = 0xCBF29CE484222325U;
-    for (const char letter : path.filename().string()) {
-        number = (number ^ static_cast<unsigned char>(letter)) * 0x100000001B3U;
-    }
-    std::string name = ".drovane-";
-    for (int shift = 60; shift >= 0; shift -= 4) {
-        name += "0123456789abcdef"[(number >> shift) & 15U];
-    }
-    return (path.parent_path() / name).string();
-}
-
-// The database that grows beside its place. Gone unless it takes it.
-class CNewFile {
-public:
-    explicit CNewFile(const std::string& target)
-        : m_target(target), m_name(NameBeside(target) + ".new"), m_lock(NameBeside(target) + ".lock") {
-        Discard();  // what a conversion that was cut off left
-    }
-    ~CNewFile() {
-        if (!m_placed) {
-            Discard();
-        }
-    }
-    CNewFile(const CNewFile&) = delete;
-    CNewFile& operator=(const CNewFile&) = delete;
-
-    const std::string& Name() const { return m_name; }
-    void Flush(mode_t mode) const {
-        const CUnixFile file(m_name, O_RDONLY);
-        if (!file.IsOpen() || fchmod(file.Descriptor(), mode) != 0 || fsync(file.Descriptor()) != 0) {
-            Fail("the new file isn't on the disk");
-        }
-        unlink(JournalName().c_str());  // empty; of the first steps, before there was a mode without it
-    }
-    void TakePlace(bool overOld) {
-        FlushFolder();
-        using Existing = CTemporaryTwin::Existing;
-        if (!CTemporaryTwin::Rename(m_name, m_target, overOld ? Existing::Replace : Existing::Keep)) {
-            Fail("the new file can't take its place");
-        }
-        m_placed = true;
-        FlushFolder();
-    }
-
-private:
-    void Discard() const {
-        unlink(m_name.c_str());
-        unlink(JournalName().c_str());
-    }
-    std::string JournalName() const { return m_name + "-journal"; }
-    void FlushFolder() const {
-        const CUnixFile folder(fs::path(m_target).parent_path().string(), O_RDONLY);
-        if (folder.IsOpen()) {
-            fsync(folder.Descriptor());
-        }
-    }
-
-    std::string m_target;
-    std::string m_name;
-    CTargetLock m_lock;
-    bool m_placed = false;
-};
-
 std::vector<JetTableCount> Fill(const std::string& newFile, const CUnixFile& old, std::string_view password,
                                 CLateProgress& progress) {
     CDbCriterion database;
@@ -299,7 +202,7 @@ bool ConvertInPlace(std::string_view path, std::string_view password, JetConvers
             Fail("open already");
         }
         COldFile old(hostPath);
-        CNewFile fresh(hostPath);
+        CNewDatabaseFile fresh(hostPath);
         CLateProgress progress(LoadMessage(3201) + ' ' + GetFileName(path));
         std::vector<JetTableCount> tables = Fill(fresh.Name(), old.File(), password, progress);
         constexpr mode_t modes = 07777;
@@ -307,7 +210,7 @@ bool ConvertInPlace(std::string_view path, std::string_view password, JetConvers
         old.ExpectUnchanged();
         old.ExpectInPlace();
         const std::string kept = old.Keep();
-        fresh.TakePlace(true);
+        fresh.TakePlace(Existing::Replace);
         if (conversion != nullptr) {
             *conversion = {std::move(tables), CHostFiles::PathText(kept).value_or(kept)};
         }
@@ -321,12 +224,12 @@ bool ConvertTo(std::string_view path, std::string_view target, std::string_view 
         if (HostFiles().Exists(target)) {
             Fail("the new file is there already");
         }
-        CNewFile fresh(HostFiles().HostPath(target));
+        CNewDatabaseFile fresh(HostFiles().HostPath(target));
         CLateProgress progress(LoadMessage(3201) + ' ' + GetFileName(path));
         std::vector<JetTableCount> tables = Fill(fresh.Name(), old.File(), password, progress);
-        fresh.Flush(0644);
+        fresh.Flush(DefaultMode());
         old.ExpectUnchanged();
-        fresh.TakePlace(false);
+        fresh.TakePlace(Existing::Keep);
         if (conversion != nullptr) {
             *conversion = {std::move(tables), std::string(path)};
         }

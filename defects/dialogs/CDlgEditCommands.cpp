@@ -29,8 +29,8 @@ using Id = DefectControl;
 using Tool = EditControl;
 
 constexpr int IdLevelText = 1007;
-constexpr int IdLengthText = 3001;
-constexpr int IdGiveLength = 3002;
+constexpr int IdLengthText = 5001;
+constexpr int IdGiveLength = 5002;
 constexpr int MessageUnknownDefect = 3309;
 constexpr int MessageNoEnd = 3310;
 constexpr int MessageGiveEnd = 3311;

@@ -32,6 +32,7 @@ constexpr int IdGps = 1027;
 constexpr int IdEditSection = 1028;
 constexpr int IdMerge = 1029;
 constexpr int IdCalcGps = 1079;
+constexpr int IdSetAside = 5003;
 
 constexpr int TimerSelection = 1;
 constexpr int AfterClick = 50;  // milliseconds
@@ -74,12 +75,25 @@ CDlgProject::CDlgProject(int mode, QWidget* parent)
     upper->addWidget(MakeSectionPanel(), 1);
     auto* column = new QVBoxLayout(this);
     column->addLayout(upper, 1);
-    column->addWidget(m_warning);
+    auto* warning = new QHBoxLayout;
+    warning->addWidget(m_warning, 1);
+    auto* aside = AddControl(IdSetAside, new QPushButton(MessageText(3415), this));
+    aside->setToolTip(MessageText(3416));
+    aside->setAutoDefault(false);
+    aside->hide();
+    warning->addWidget(aside);
+    column->addLayout(warning);
     column->addLayout(MakeOkCancelRow());
 
     OnCommand(IdNew, [this] { OnNewProject(); });
     OnCommand(IdEdit, [this] { OnEditProject(); });
     OnCommand(IdDelete, [this] { OnDeleteProject(); });
+    OnCommand(IdSetAside, [this] {
+        (void)SetAside(m_projects->Unreadable());
+        RefreshProjects();
+        UpdateButtons();
+        m_projects->setFocus();
+    });
     MakeShortcuts();
 }
 
@@ -160,6 +174,7 @@ void CDlgProject::ShowUnreadable() {
     const std::string unreadable = m_projects->UnreadableFile();
     m_warning->setText(ToQt(FillText(LoadMessage(3018), {unreadable})));
     m_warning->setVisible(!unreadable.empty());
+    GetDlgItem(IdSetAside)->setVisible(!unreadable.empty());
 }
 
 void CDlgProject::OnTimer(int id) {
@@ -214,7 +229,7 @@ void CDlgProject::OnDeleteProject() {
     }
     const std::string path = selected->ProjectPath;
     const CWaitCursor wait;
-    if (DeleteProject(path)) {
+    if (DeleteProject(path, m_projects->RowAt(row))) {
         m_projects->DeleteRow(row);
         ShowUnreadable();
         SetTimer(TimerSelection, AfterRefresh);

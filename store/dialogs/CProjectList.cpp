@@ -32,6 +32,10 @@ void CProjectList::DeleteRow(int row) {
     }
 }
 
+const ProjectRow* CProjectList::RowAt(int row) const {
+    return row >= 0 && row < RowCount() ? &m_listing.Rows[static_cast<std::size_t>(row)] : nullptr;
+}
+
 std::string CProjectList::UnreadableFile() const {
     for (int i = 0; i < m_listing.Projects.GetSize(); ++i) {
         const std::string& path = m_listing.Projects[i].ProjectPath;

@@ -21,6 +21,10 @@ public:
     void DeleteRow(int row) override;
     // The name of the first file without a row; empty while every row stands for what it shows.
     std::string UnreadableFile() const;
+    // Path texts of all of them.
+    std::vector<std::string> Unreadable() const { return UnreadableFiles(m_listing); }
+    // What the row shows. Null if there is none.
+    const ProjectRow* RowAt(int row) const;
 
 protected:
     std::string MakeText(int row, int column) const override;

@@ -306,9 +306,9 @@ TEST_F(Edit, ASectionWithoutALengthIsToldAtOnceAndGetsOne) {
         Type(dialog, 1017, "12");
         Folder.Prompts.Expect(2107);
         Press(dialog, 1);
-        EXPECT_TRUE(dialog.GetDlgItem(3001)->isVisible());
-        Press(dialog, 3002);
-        EXPECT_FALSE(dialog.GetDlgItem(3001)->isVisible());
+        EXPECT_TRUE(dialog.GetDlgItem(5001)->isVisible());
+        Press(dialog, 5002);
+        EXPECT_FALSE(dialog.GetDlgItem(5001)->isVisible());
         Press(dialog, 1);
     });
     EXPECT_TRUE(NewDefect(Database, Section, Section.VideoFileList, 1.5, nullptr));
@@ -318,8 +318,8 @@ TEST_F(Edit, ASectionWithoutALengthIsToldAtOnceAndGetsOne) {
     Section.PipeLength = "";
     Folder.Prompts.Expect(2195);
     InNextDialog([](CSizeDlg& dialog) {
-        EXPECT_TRUE(dialog.GetDlgItem(3001)->isVisible());
-        EXPECT_FALSE(dialog.GetDlgItem(3002)->isVisible());
+        EXPECT_TRUE(dialog.GetDlgItem(5001)->isVisible());
+        EXPECT_FALSE(dialog.GetDlgItem(5002)->isVisible());
         Press(dialog, 2);
     });
     EXPECT_FALSE(NewDefect(Database, Section, Section.VideoFileList, 1.5, nullptr));

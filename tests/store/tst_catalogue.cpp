@@ -1,6 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "shell/language.h"
@@ -147,6 +153,73 @@ TEST_F(Catalogue, DeletingTakesTheSideFolderAndLeavesACopyInTheTrash) {
     m_folder.Prompts.ExpectQuestion(2204, true);
     EXPECT_TRUE(DeleteProject(m_folder.Path("Kİ/x.MDB")));
     EXPECT_FALSE(fs::exists(m_folder.Host("Kİ/x_sn")));
+}
+
+TEST_F(Catalogue, ADeletionThatFailsLeavesTheProjectWhole) {
+    const std::string path = Create("幸福路");
+    {
+        CDbRec database;
+        ASSERT_TRUE(database.OpenDatabase(path, CDbPassword));
+        for (int i = 0; i < 3; ++i) {
+            ASSERT_TRUE(database.AddTesting({}));
+        }
+        _REC_DATA record;
+        record.TestingID = 2;
+        ASSERT_TRUE(database.AddRecord(record));
+        database.Execute("update Record set DefectLevel = NULL");  // a row that can't be read
+    }
+    const std::string content = m_folder.ReadFile("db/2026-03-14-092653.mdb");
+    m_folder.Prompts.ExpectQuestion(2204, true);
+    m_folder.Prompts.Expect(2017);
+    const ProjectRow other{"新华路", "", 0, "", m_folder.Path("db/other.mdb")};
+    EXPECT_FALSE(DeleteProject(path, &other)) << "and after one message";
+    EXPECT_EQ(m_folder.ReadFile("db/2026-03-14-092653.mdb"), content);
+
+    m_folder.Desktop.TakesTrash = false;
+    m_folder.Prompts.ExpectQuestion(2204, true);
+    m_folder.Prompts.ExpectQuestion(3411, false);
+    EXPECT_FALSE(DeleteProject(path));
+    EXPECT_EQ(m_folder.ReadFile("db/2026-03-14-092653.mdb"), content);
+    m_folder.Prompts.ExpectQuestion(2204, false);
+    EXPECT_FALSE(DeleteProject(path, &other));
+    for (const char* named : {"幸福路", "2026-03-14-092653.mdb", "3", "新华路", "other.mdb"}) {
+        EXPECT_NE(m_folder.Prompts.LastText().find(named), std::string::npos) << named;
+    }
+}
+
+TEST_F(Catalogue, UnreadableFilesAreSetAsideButNotThoseInUse) {
+    Create("first");
+    m_folder.WriteFile("db/0.mdb", "garbage");
+    m_folder.WriteFile("db/unreadable/0.mdb", "earlier");
+    CDbRec open;
+    ASSERT_TRUE(open.OpenDatabase(m_folder.MakeProject("1.mdb"), CDbPassword));
+    m_folder.Prompts.Expect(2000);
+    m_folder.Prompts.Expect(2000);
+    ProjectListing listing;
+    FillProjects(GetDbFolder(), "", listing);
+    EXPECT_EQ(UnreadableFiles(listing), (std::vector{m_folder.Path("db/0.mdb"), m_folder.Path("db/1.mdb")}));
+    m_folder.Prompts.Expect(3414);
+    EXPECT_FALSE(SetAside(UnreadableFiles(listing)));
+    EXPECT_TRUE(fs::exists(m_folder.Host("db/1.mdb")));
+    EXPECT_FALSE(fs::exists(m_folder.Host("db/0.mdb")));
+    EXPECT_EQ(m_folder.ReadFile("db/unreadable/0 (2).mdb"), "garbage");
+}
+
+TEST_F(Catalogue, StandardsAreListedWhileOthersLookAtThem) {
+    const int pid = fork();
+    if (pid == 0) {
+        CDbRec other;
+        const bool opened =
+            other.OpenDatabase(GetCriterionFolder() + "GB.mdb", CDbPassword, CDbBase::Access::Shared);
+        std::this_thread::sleep_for(std::chrono::seconds(opened ? 5 : 0));
+        _exit(opened ? 0 : 1);
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    CCriterionDataArray list;
+    LoadCriterionList(list, GetCriterionFolder(), CDbPassword);
+    EXPECT_EQ(list.GetSize(), 4);
+    kill(pid, SIGKILL);
+    waitpid(pid, nullptr, 0);
 }
 
 }  // namespace

@@ -251,6 +251,23 @@ TEST_F(Project, ASectionIsNormalOrHasDefects) {
     EXPECT_TRUE(Database.AddRecord(Record("GDZC", 3)));  // what the last batch knew is forgotten
 }
 
+// Moved, replaced or removed by another program: what is changed then would be in no project.
+TEST_F(Project, WhatIsOpenIsSavedWhenItsFileHasGone) {
+    ASSERT_TRUE(Database.AddTesting({}));
+    EXPECT_FALSE(Database.FileGone());
+    fs::rename(Folder.Host("db/p.mdb"), Folder.Host("db/moved.mdb"));
+    Folder.WriteFile("db/p.mdb", "another");
+    EXPECT_TRUE(Database.FileGone());
+    Folder.Prompts.Expect(2007);
+    EXPECT_FALSE(Database.AddTesting({}));
+    EXPECT_EQ(Sections().GetSize(), 1) << "reading goes on";
+    Database.SaveCopy(Folder.Path("db/p.mdb"));
+    Database.Close();
+    ASSERT_TRUE(Database.OpenDatabase(Folder.Path("db/p.mdb"), CDbPassword));
+    EXPECT_EQ(Sections().GetSize(), 1);
+    EXPECT_TRUE(Database.AddTesting({}));
+}
+
 TEST_F(Project, DeletingASectionTakesItsRecordsAlong) {
     ASSERT_TRUE(Database.AddTesting({}));
     ASSERT_TRUE(Database.AddTesting({}));

@@ -38,8 +38,10 @@ bool CRecordingDesktop::StartProcess(std::string_view program, const std::vector
 }
 
 bool CRecordingDesktop::CopyToTrash(std::string_view path) {
-    Trashed.push_back(ReadHostFile(HostFiles().HostPath(path)));
-    return true;
+    if (TakesTrash) {
+        Trashed.push_back(ReadHostFile(HostFiles().HostPath(path)));
+    }
+    return TakesTrash;
 }
 
 CTestFolder::CTestFolder()

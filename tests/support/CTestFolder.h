@@ -27,7 +27,8 @@ public:
                       const std::function<void(const std::string&)>& failed) override;
     bool CopyToTrash(std::string_view path) override;
 
-    bool CanOpen = false;  // whether there is a program for files
+    bool CanOpen = false;    // whether there is a program for files
+    bool TakesTrash = true;  // or there is none
     std::vector<std::string> Opened;
     std::vector<Process> Started;
     std::vector<std::string> Trashed;  // content of the files that went to the trash
