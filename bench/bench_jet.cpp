@@ -9,10 +9,10 @@
 #include "bench/CBenchFolder.h"
 #include "bench/ratio.h"
 #include "bench/require.h"
+#include "oldfiles/jetconversion.h"
 #include "shell/paths.h"
 #include "store/CDbBase.h"
 #include "store/catalogue.h"
-#include "store/jetconversion.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include "bench/require.h"
 #include "shell/dialogs/theme.h"
 #include "store/CDbRec.h"
-#include "workbench/lists/CTestingList.h"
+#include "lists/CTestingList.h"
 
 namespace {
 

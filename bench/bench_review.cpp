@@ -17,8 +17,8 @@
 #include "shell/paths.h"
 #include "store/CDbRec.h"
 #include "workbench/dialogs/CDlgProAtrrib.h"
-#include "workbench/lists/CDefectList.h"
-#include "workbench/lists/CTestingList.h"
+#include "lists/CDefectList.h"
+#include "lists/CTestingList.h"
 
 namespace {
 

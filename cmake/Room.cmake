@@ -1,20 +1,27 @@
+# drovane_publish(target folder scope): the headers of a folder, and none of folders in it, on the include path.
+function(drovane_publish target folder scope)
+  set(published ${CMAKE_BINARY_DIR}/include/${target})
+  # A build folder may still have the links of headers that have moved.
+  file(REMOVE_RECURSE ${published})
+  file(MAKE_DIRECTORY ${published}/${folder})
+  file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${CMAKE_SOURCE_DIR} ${CMAKE_SOURCE_DIR}/${folder}/*.h)
+  foreach(header IN LISTS headers)
+    file(CREATE_LINK ${CMAKE_SOURCE_DIR}/${header} ${published}/${header} SYMBOLIC)
+  endforeach()
+  target_include_directories(${target} ${scope} ${published})
+endfunction()
+
 # drovane_room(name ROOT dir [WINDOWS] SOURCES... [PUBLIC libs...] [PRIVATE libs...])
 #
 # A static library of one folder. Its headers are reachable only for those who link it: the include
-# folder that it publishes holds nothing but a link to its own folder. So an include against the
-# direction of the arrows does not compile, and neither does an include of Qt in a room without it.
+# folder that it publishes holds nothing but links to the headers of this folder, and none to those of rooms
+# that lie in it. So an include against the direction of the arrows does not compile, and neither does an
+# include of Qt in a room without it.
 # WINDOWS is for rooms of windows and controls: they get Qt Widgets.
 function(drovane_room name)
   cmake_parse_arguments(ROOM "WINDOWS" "ROOT" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
-  set(published ${CMAKE_BINARY_DIR}/include/${name})
-  # A build folder may still have the link of a room that has moved.
-  file(REMOVE_RECURSE ${published})
-  get_filename_component(parent ${published}/${ROOM_ROOT} DIRECTORY)
-  file(MAKE_DIRECTORY ${parent})
-  file(CREATE_LINK ${CMAKE_SOURCE_DIR}/${ROOM_ROOT} ${published}/${ROOM_ROOT} SYMBOLIC)
-
   add_library(${name} STATIC ${ROOM_SOURCES})
-  target_include_directories(${name} PUBLIC ${published})
+  drovane_publish(${name} ${ROOM_ROOT} PUBLIC)
   target_link_libraries(${name} PUBLIC ${ROOM_PUBLIC} PRIVATE drovane_warnings ${ROOM_PRIVATE})
   if(ROOM_WINDOWS)
     target_link_libraries(${name} PUBLIC Qt6::Widgets)

@@ -2,7 +2,7 @@
 
 #include "shell/CPrompts.h"
 #include "store/CDbError.h"
-#include "store/jetconversion.h"
+#include "store/COldFiles.h"
 #include "store/sqltext.h"
 
 namespace {
@@ -26,7 +26,7 @@ void CDbCriterion::Close() {
 bool CDbCriterion::OpenDatabase(std::string_view path, std::string_view password, Access access) {
     try {
         Close();
-        if (!PrepareToOpen(path, password) || !Open(path, password, access)) {
+        if (!OldFiles().PrepareToOpen(path, password) || !Open(path, password, access)) {
             return false;
         }
         if (LoadDefectNames()) {

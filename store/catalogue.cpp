@@ -15,9 +15,8 @@
 #include "shell/textcodec.h"
 #include "store/CDbError.h"
 #include "store/CDbRec.h"
+#include "store/COldFiles.h"
 #include "store/COpenFile.h"
-#include "store/jetconversion.h"
-#include "store/jetlisting.h"
 
 namespace {
 
@@ -27,6 +26,14 @@ constexpr int MessageNoTrash = 3411;
 constexpr int MessageProject = 3412;
 constexpr int MessageOtherRow = 3413;
 constexpr int MessageStays = 3414;
+
+class CListing {
+public:
+    CListing() { OldFiles().BeginListing(); }
+    ~CListing() { OldFiles().EndListing(); }
+    CListing(const CListing&) = delete;
+    CListing& operator=(const CListing&) = delete;
+};
 
 std::string FreeProjectPath() {
     using std::chrono::seconds;
@@ -44,8 +51,8 @@ std::string FreeProjectPath() {
 // As a listing reads it: nothing is asked, and a file of the older engine isn't changed. Without `count`
 // the records aren't counted. Shows the message of what fails.
 bool ReadListed(std::string_view path, std::string_view password, _PRO_DATA& project, std::int32_t* count) {
-    if (IsOldDatabase(path)) {
-        const JetListed listed = ListOldDatabase(path, password);
+    if (OldFiles().IsOld(path)) {
+        const OldFileListing listed = OldFiles().List(path, password);
         if (listed.Stopped) {
             return false;
         }
@@ -55,7 +62,7 @@ bool ReadListed(std::string_view path, std::string_view password, _PRO_DATA& pro
                             : uncounted               ? 2018
                                                       : 0;
         if (failure != 0) {
-            ShowOldDatabaseFailure(failure, path);
+            ShowMessage(failure, failure == 2000 ? path : std::string_view());
             return false;
         }
         const std::string ownPath = project.ProjectPath;
@@ -85,7 +92,7 @@ bool IsSameFile(std::string_view a, std::string_view b) {
 
 // Opening first rolls back what a crash may have left half done; only then a copy is whole.
 bool ReadForDeletion(std::string_view path) {
-    if (IsOldDatabase(path)) {
+    if (OldFiles().IsOld(path)) {
         _PRO_DATA project;
         return ReadListed(path, CDbPassword, project, nullptr);
     }
@@ -130,7 +137,7 @@ std::string Describe(std::string_view path) {
     const CSeamScope scope({.Prompts = &silent});
     _PRO_DATA project;
     std::string sections = "?";
-    if (IsOldDatabase(path)) {
+    if (OldFiles().IsOld(path)) {
         (void)ReadListed(path, CDbPassword, project, nullptr);
     } else {
         CDbRec database;
@@ -157,7 +164,7 @@ bool AskToDelete(std::string_view path, const ProjectRow* shown) {
 void FillProjects(std::string_view folder, std::string_view excludedPath, ProjectListing& listing) {
     listing.Projects.RemoveAll();
     listing.Rows.clear();
-    const CJetListingScope remembered;
+    const CListing remembered;
     for (const std::string& name : HostFiles().ListFiles(folder, Extension)) {
         const std::string path = std::string(folder) + name;
         if (!EqualNoCase(path, excludedPath) && !IsSameFile(path, excludedPath)) {
@@ -179,7 +186,7 @@ bool AddProjectRow(std::string_view path, ProjectListing& listing) {
 }
 
 void LoadCriterionList(CCriterionDataArray& list, std::string_view folder, std::string_view password) {
-    const CJetListingScope remembered;
+    const CListing remembered;
     for (const std::string& name : HostFiles().ListFiles(folder, Extension)) {
         _CRITERION_DATA entry{std::string(folder) + name, {}};
         _PRO_DATA attributes;
@@ -220,8 +227,8 @@ std::string CreateProject(const ProjectProperties& properties, int criterionInde
     }
     const std::string path = FreeProjectPath();
     const std::string& source = criteria[criterionIndex].Path;
-    if (IsOldDatabase(source)) {
-        if (!ConvertTo(source, path, CDbPassword)) {
+    if (OldFiles().IsOld(source)) {
+        if (!OldFiles().ConvertTo(source, path, CDbPassword)) {
             return {};
         }
     } else if (COpenFile::IsOpen(HostFiles().HostPath(source)) ||  // a copy would take its lock away
@@ -257,7 +264,7 @@ bool DeleteProject(std::string_view path, const ProjectRow* shown) {
     }
     try {
         // Nobody converts a project to throw it away.
-        if (!(IsOldDatabase(path) ? RemoveOld(path) : EmptyAndRemove(path))) {
+        if (!(OldFiles().IsOld(path) ? RemoveOld(path) : EmptyAndRemove(path))) {
             return false;
         }
     } catch (const CDbError&) {

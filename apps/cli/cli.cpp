@@ -6,6 +6,7 @@
 
 #include "apps/cli/CArguments.h"
 #include "apps/cli/commands.h"
+#include "oldfiles/CJetFiles.h"
 #include "shell/CHostFiles.h"
 #include "shell/CStreamPrompts.h"
 #include "shell/language.h"
@@ -111,6 +112,8 @@ int RunCommand(std::vector<std::string> words, std::ostream& out, std::ostream& 
     CHostFiles files(appFolder);
     CStreamPrompts prompts(err, yes);
     const CSeamScope seams({&prompts, nullptr, &files, nullptr});
+    CJetFiles oldFiles;
+    const COldFilesScope oldFilesScope(oldFiles);
     EnterProgramFolder(appFolder);
     LoadSettings();
     LoadLanguageTable();

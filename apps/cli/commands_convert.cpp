@@ -6,12 +6,12 @@
 #include "apps/cli/CArguments.h"
 #include "apps/cli/CTextTable.h"
 #include "apps/cli/commands.h"
+#include "oldfiles/jetconversion.h"
 #include "shell/CHostFiles.h"
 #include "shell/numbers.h"
 #include "shell/paths.h"
 #include "shell/seams.h"
 #include "store/CDbBase.h"
-#include "store/jetconversion.h"
 #include "store/recordjson.h"
 
 namespace {

@@ -6,6 +6,7 @@
 
 #include "apps/drovane/CDrovaneApp.h"
 #include "apps/drovane/CDrovaneGui.h"
+#include "oldfiles/CJetFiles.h"
 #include "shell/CHostFiles.h"
 #include "shell/dialogs/CLocalLiveChannel.h"
 #include "shell/dialogs/CProgressNote.h"
@@ -33,6 +34,8 @@ int RunProgram(int argc, char** argv) {
     CQtDesktop desktop;
     CProgressNote progress;
     const CSeamScope seams({&prompts, nullptr, &files, &desktop, &progress});
+    CJetFiles oldFiles;
+    const COldFilesScope oldFilesScope(oldFiles);
     EnterProgramFolder(folder);
     QApplication::setWindowIcon(QIcon(ToQt(files.HostPath("ui\\drovane.png"))));
 

@@ -22,7 +22,7 @@
 #include "shell/numbers.h"
 #include "shell/paths.h"
 #include "shell/seams.h"
-#include "workbench/lists/CTestingList.h"
+#include "lists/CTestingList.h"
 
 namespace {
 

@@ -14,7 +14,7 @@
 #include "store/catalogue.h"
 #include "store/dialogs/CDlgNewPro.h"
 #include "store/dialogs/CProjectList.h"
-#include "workbench/lists/CTestingList.h"
+#include "lists/CTestingList.h"
 
 namespace {
 

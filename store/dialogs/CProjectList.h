@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "store/catalogue.h"
-#include "workbench/lists/CListCtrl.h"
+#include "lists/CListCtrl.h"
 
 class CProjectList : public CListCtrl {
 public:

@@ -15,7 +15,7 @@
 #include "tests/support/CTestFolder.h"
 #include "tests/support/CTestHome.h"
 #include "tests/support/windows.h"
-#include "workbench/lists/CTestingList.h"
+#include "lists/CTestingList.h"
 
 namespace {
 

@@ -22,8 +22,8 @@
 #include "shell/language.h"
 #include "shell/textcodec.h"
 #include "workbench/dialogs/reviewcommandtable.h"
-#include "workbench/lists/CDefectList.h"
-#include "workbench/lists/CTestingList.h"
+#include "lists/CDefectList.h"
+#include "lists/CTestingList.h"
 
 namespace {
 

@@ -26,9 +26,9 @@
 #include "store/newsections.h"
 #include "workbench/dialogs/CDlgProAtrrib.h"
 #include "workbench/dialogs/reviewcommandtable.h"
-#include "workbench/lists/CDefectList.h"
-#include "workbench/lists/CTestingList.h"
-#include "workbench/listtexts.h"
+#include "lists/CDefectList.h"
+#include "lists/CTestingList.h"
+#include "lists/listtexts.h"
 
 struct CDlgProAtrrib::Command {
     int Id;

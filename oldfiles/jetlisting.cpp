@@ -1,4 +1,4 @@
-#include "store/jetlisting.h"
+#include "oldfiles/jetlisting.h"
 
 #include <fcntl.h>
 
@@ -8,6 +8,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "oldfiles/CJetTransfer.h"
+#include "oldfiles/CLateProgress.h"
 #include "shell/CHostFiles.h"
 #include "shell/CPrompts.h"
 #include "shell/CStreamPrompts.h"
@@ -17,8 +19,6 @@
 #include "shell/seams.h"
 #include "store/CDbError.h"
 #include "store/CDbRec.h"
-#include "store/CJetTransfer.h"
-#include "store/CLateProgress.h"
 #include "store/recordjson.h"
 
 namespace {
@@ -30,7 +30,7 @@ constexpr int Version = 1;  // of the file and of what the reader makes of the s
 constexpr std::size_t MostFileSize = 1u << 26;
 
 struct Known {
-    JetListed Listed;
+    OldFileListing Listed;
     std::int64_t Size = 0;
     std::int64_t Seconds = 0;
     std::int64_t Nanoseconds = 0;
@@ -124,6 +124,14 @@ CMemory& Memory() {
     return memory;
 }
 
+class CScope {
+public:
+    CScope() { Memory().Enter(); }
+    ~CScope() { Memory().Leave(); }
+    CScope(const CScope&) = delete;
+    CScope& operator=(const CScope&) = delete;
+};
+
 // Keeps the number of the message that an operation shows.
 class CNotingPrompts : public CStreamPrompts {
 public:
@@ -136,7 +144,7 @@ public:
 // CLateProgress::CStopped.
 Known Read(const CUnixFile& file, std::string_view path, std::string_view password) {
     Known known;
-    JetListed& listed = known.Listed;
+    OldFileListing& listed = known.Listed;
     try {
         CDbRec database;
         database.CreateInMemory();
@@ -173,12 +181,12 @@ Known Read(const CUnixFile& file, std::string_view path, std::string_view passwo
 
 }  // namespace
 
-JetListed ListOldDatabase(std::string_view path, std::string_view password) try {
-    const CJetListingScope scope;
+OldFileListing ListOldDatabase(std::string_view path, std::string_view password) try {
+    const CScope scope;
     const CUnixFile file(HostFiles().HostPath(path), O_RDONLY | O_NONBLOCK);
     struct stat state {};
     if (!file.IsOpen() || !file.State(state)) {
-        JetListed missing;
+        OldFileListing missing;
         missing.OpenFailure = 2000;
         return missing;
     }
@@ -201,19 +209,15 @@ JetListed ListOldDatabase(std::string_view path, std::string_view password) try 
     Memory().Changed();
     return known.Listed;
 } catch (const CLateProgress::CStopped&) {
-    JetListed stopped;
+    OldFileListing stopped;
     stopped.Stopped = true;
     return stopped;
 }
 
-void ShowOldDatabaseFailure(int number, std::string_view path) {
-    ShowMessage(number, number == 2000 ? path : std::string_view());
-}
-
-CJetListingScope::CJetListingScope() {
+void BeginOldListing() {
     Memory().Enter();
 }
 
-CJetListingScope::~CJetListingScope() {
+void EndOldListing() {
     Memory().Leave();
 }

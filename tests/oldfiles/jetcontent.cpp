@@ -1,4 +1,4 @@
-#include "tests/store/jetcontent.h"
+#include "tests/oldfiles/jetcontent.h"
 
 #include <gtest/gtest.h>
 #include <sqlcipher/sqlite3.h>

@@ -1,9 +1,9 @@
-#include "workbench/lists/CTestingList.h"
+#include "lists/CTestingList.h"
 
+#include "lists/listtexts.h"
+#include "lists/roworder.h"
 #include "shell/dialogs/qttext.h"
 #include "store/CDbRec.h"
-#include "workbench/listtexts.h"
-#include "workbench/roworder.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "workbench/lists/CListModel.h"
+#include "lists/CListModel.h"
 
 #include "shell/dialogs/qttext.h"
 

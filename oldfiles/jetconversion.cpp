@@ -1,4 +1,4 @@
-#include "store/jetconversion.h"
+#include "oldfiles/jetconversion.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -9,6 +9,8 @@
 #include <filesystem>
 #include <optional>
 
+#include "oldfiles/CLateProgress.h"
+#include "oldfiles/jetlisting.h"
 #include "shell/CHostFiles.h"
 #include "shell/CPrompts.h"
 #include "shell/CUnixFile.h"
@@ -18,11 +20,9 @@
 #include "shell/seams.h"
 #include "store/CDbCriterion.h"
 #include "store/CDbError.h"
-#include "store/CLateProgress.h"
 #include "store/CNewDatabaseFile.h"
 #include "store/COpenFile.h"
 #include "store/jet/jetfile.h"
-#include "store/jetlisting.h"
 
 namespace {
 
@@ -236,17 +236,17 @@ bool ConvertTo(std::string_view path, std::string_view target, std::string_view 
     });
 }
 
-bool PrepareToOpen(std::string_view path, std::string_view password) {
+bool PrepareOldToOpen(std::string_view path, std::string_view password) {
     if (!IsOldDatabase(path)) {
         return true;
     }
     // What can't be converted is told before anybody is asked.
-    const JetListed listed = ListOldDatabase(path, password);
+    const OldFileListing listed = ListOldDatabase(path, password);
     if (listed.Stopped) {
         return false;
     }
     if (listed.OpenFailure != 0) {
-        ShowOldDatabaseFailure(listed.OpenFailure, path);
+        ShowMessage(listed.OpenFailure, listed.OpenFailure == 2000 ? path : std::string_view());
         return false;
     }
     return Prompts().AskOkCancel(3200, LoadMessage(3200).append("\n").append(path)) &&

@@ -1,4 +1,4 @@
-#include "workbench/lists/CDragListCtrl.h"
+#include "lists/CDragListCtrl.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -6,9 +6,9 @@
 #include <QPainter>
 #include <QScrollBar>
 
+#include "lists/CListModel.h"
 #include "shell/dialogs/CSizeDlg.h"
 #include "shell/dialogs/theme.h"
-#include "workbench/lists/CListModel.h"
 
 namespace {
 

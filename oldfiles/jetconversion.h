@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "store/CJetTransfer.h"
+#include "oldfiles/CJetTransfer.h"
 
 // Whether a file is of the older engine. A database that this process has open isn't looked at: no.
 bool IsOldDatabase(std::string_view path);
@@ -29,4 +29,4 @@ bool ConvertTo(std::string_view path, std::string_view target, std::string_view 
 
 // Before a database is opened to work on: if it is of the older engine, asks (3200) and converts it in place.
 // False if it isn't to be opened then.
-bool PrepareToOpen(std::string_view path, std::string_view password);
+bool PrepareOldToOpen(std::string_view path, std::string_view password);

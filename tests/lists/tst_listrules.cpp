@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
+#include "lists/listtexts.h"
+#include "lists/roworder.h"
 #include "store/CDbRec.h"
 #include "tests/support/CTestFolder.h"
-#include "workbench/listtexts.h"
-#include "workbench/roworder.h"
 
 namespace {
 

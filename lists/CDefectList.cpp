@@ -1,8 +1,8 @@
-#include "workbench/lists/CDefectList.h"
+#include "lists/CDefectList.h"
 
+#include "lists/listtexts.h"
 #include "shell/dialogs/qttext.h"
 #include "store/CDbRec.h"
-#include "workbench/listtexts.h"
 
 void CDefectList::CreateColumns(bool fullForm, bool checkBoxes) {
     m_fullForm = fullForm;

@@ -5,14 +5,14 @@
 #include <QTest>
 #include <QWindow>
 
+#include "lists/CDefectList.h"
+#include "lists/CTestingList.h"
+#include "lists/listtexts.h"
 #include "shell/dialogs/CSizeDlg.h"
 #include "shell/dialogs/qttext.h"
 #include "store/CDbRec.h"
 #include "tests/support/CTestFolder.h"
 #include "tests/support/windows.h"
-#include "workbench/lists/CDefectList.h"
-#include "workbench/lists/CTestingList.h"
-#include "workbench/listtexts.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "workbench/roworder.h"
+#include "lists/roworder.h"
 
 #include <optional>
 #include <utility>

@@ -1,4 +1,4 @@
-#include "workbench/lists/CListDelegate.h"
+#include "lists/CListDelegate.h"
 
 #include <QPainter>
 #include <QStyle>

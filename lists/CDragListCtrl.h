@@ -9,7 +9,7 @@
 #include <QBasicTimer>
 #include <QPoint>
 
-#include "workbench/lists/CListCtrl.h"
+#include "lists/CListCtrl.h"
 
 class QLabel;
 

@@ -5,7 +5,7 @@
 #include <unordered_map>
 
 #include "store/records/records.h"
-#include "workbench/lists/CDragListCtrl.h"
+#include "lists/CDragListCtrl.h"
 
 class CDbRec;
 

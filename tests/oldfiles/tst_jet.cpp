@@ -15,16 +15,17 @@
 #include <thread>
 #include <vector>
 
+#include "oldfiles/CJetFiles.h"
+#include "oldfiles/jetconversion.h"
+#include "oldfiles/jetlisting.h"
 #include "shell/CProgress.h"
 #include "shell/CUnixFile.h"
 #include "shell/language.h"
 #include "shell/paths.h"
 #include "store/CDbRec.h"
 #include "store/catalogue.h"
-#include "store/jetconversion.h"
-#include "store/jetlisting.h"
+#include "tests/oldfiles/jetcontent.h"
 #include "tests/shell/processes.h"
-#include "tests/store/jetcontent.h"
 #include "tests/support/CFullDisk.h"
 #include "tests/support/CJetTest.h"
 
@@ -46,6 +47,9 @@ protected:
         EXPECT_TRUE(m_folder.ReadFile("db/p.mdb") == Bytes(fixture)) << fixture;
         EXPECT_EQ(Files(), std::vector<std::string>{"p.mdb"}) << fixture;
     }
+    CJetFiles m_oldFiles;
+    const COldFilesScope m_scope{m_oldFiles};
+
     fs::path Host() const { return m_folder.Host("db/p.mdb"); }
 };
 
@@ -192,7 +196,7 @@ TEST_F(Jet, LongWorkIsToldAndCanBeStopped) {
     {
         const CSeamScope seams({nullptr, nullptr, nullptr, nullptr, &stopping});
         EXPECT_FALSE(Convert(path));
-        EXPECT_FALSE(PrepareToOpen(path, CDbPassword));  // without any question or message
+        EXPECT_FALSE(OldFiles().PrepareToOpen(path, CDbPassword));  // without any question or message
         EXPECT_TRUE(ListOldDatabase(path, CDbPassword).Stopped);
     }
     EXPECT_TRUE(stopping.Texts.empty());  // it didn't last

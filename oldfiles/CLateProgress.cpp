@@ -1,4 +1,4 @@
-#include "store/CLateProgress.h"
+#include "oldfiles/CLateProgress.h"
 
 #include <algorithm>
 

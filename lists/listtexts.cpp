@@ -1,4 +1,4 @@
-#include "workbench/listtexts.h"
+#include "lists/listtexts.h"
 
 #include "shell/numbers.h"
 

@@ -1,4 +1,4 @@
-#include "workbench/lists/CListCtrl.h"
+#include "lists/CListCtrl.h"
 
 #include <QContextMenuEvent>
 #include <QHeaderView>
@@ -9,10 +9,10 @@
 #include <QTextDocument>
 #include <QToolTip>
 
+#include "lists/CListDelegate.h"
+#include "lists/CListModel.h"
+#include "lists/roworder.h"
 #include "shell/dialogs/theme.h"
-#include "workbench/lists/CListDelegate.h"
-#include "workbench/lists/CListModel.h"
-#include "workbench/roworder.h"
 
 namespace {
 

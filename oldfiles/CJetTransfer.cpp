@@ -1,4 +1,4 @@
-#include "store/CJetTransfer.h"
+#include "oldfiles/CJetTransfer.h"
 
 #include <algorithm>
 #include <optional>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "store/records/records.h"
-#include "workbench/lists/CListCtrl.h"
+#include "lists/CListCtrl.h"
 
 class CDbRec;
 
