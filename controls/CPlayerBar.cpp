@@ -20,7 +20,6 @@
 
 namespace {
 
-constexpr double Speeds[] = {0.25, 0.5, 1.0, 1.5, 2.0, 4.0};
 constexpr QSize IconSize(20, 20);
 constexpr QSize ButtonSize(30, 28);
 constexpr int VolumeWidth = 80;
@@ -123,7 +122,7 @@ void CPlayerBar::MakeSpeedMenu() {
     m_speed->setMinimumWidth(m_speed->fontMetrics().horizontalAdvance(SpeedText(0.25)) + 16);
     m_speeds = new QMenu(m_speed);
     auto* group = new QActionGroup(m_speeds);
-    for (const double speed : Speeds) {
+    for (const double speed : CVideoPlayback::Speeds) {
         QAction* action = m_speeds->addAction(SpeedText(speed));
         action->setCheckable(true);
         action->setData(speed);

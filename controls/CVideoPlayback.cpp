@@ -268,9 +268,15 @@ void CVideoPlayback::TakeArrival(const CFrameSeek::Arrival& arrival) {
 }
 
 void CVideoPlayback::SetSpeed(double factor) {
-    m_speed = std::clamp(factor, 0.25, 4.0);
+    m_speed = std::clamp(factor, *std::begin(Speeds), *std::rbegin(Speeds));
     m_core.Set("speed", FormatNumber(m_speed, 3));
     Change();
+}
+
+void CVideoPlayback::ChangeSpeed(int steps) {
+    const auto* at = std::lower_bound(std::begin(Speeds), std::end(Speeds), m_speed);
+    const auto index = std::clamp<std::ptrdiff_t>(at - std::begin(Speeds) + steps, 0, std::ssize(Speeds) - 1);
+    SetSpeed(Speeds[index]);
 }
 
 void CVideoPlayback::SetVolume(int percent) {

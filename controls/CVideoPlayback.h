@@ -38,7 +38,10 @@ public:
     void StepBack();
     void StepForward();
 
+    // Those that the bar offers, in rising order.
+    static constexpr double Speeds[] = {0.25, 0.5, 1.0, 1.5, 2.0, 4.0, 8.0};
     void SetSpeed(double factor);
+    void ChangeSpeed(int steps);  // along Speeds, and not beyond
     void SetVolume(int percent);
     void SetMute(bool mute);
     double Speed() const { return m_speed; }

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QBoxLayout>
 #include <QKeyEvent>
+#include <QMenu>
 #include <chrono>
 
 #include "controls/CPlayerBar.h"
@@ -164,10 +165,24 @@ bool CWMPPlayer4::TakeKey(const QKeyEvent& event) {
         default:
             break;
     }
+    // Plus is a shifted key on most keyboards, and the key itself does as well.
+    if (event.key() == Qt::Key_Plus || event.key() == Qt::Key_Equal) {
+        m_playback.ChangeSpeed(1);
+        return true;
+    }
     if (shift) {
         return false;
     }
     switch (event.key()) {
+        case Qt::Key_Minus:
+            m_playback.ChangeSpeed(-1);
+            return true;
+        case Qt::Key_Home:
+            m_playback.SetPosition(0.0);
+            return true;
+        case Qt::Key_End:
+            m_playback.SetPosition(m_playback.Duration());
+            return true;
         case Qt::Key_Space:
             if (!event.isAutoRepeat()) {
                 m_playback.IsPlaying() ? m_playback.Pause() : m_playback.Play();
@@ -209,6 +224,9 @@ bool CWMPPlayer4::TakeKey(const QKeyEvent& event) {
 bool CWMPPlayer4::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
         case QEvent::KeyPress:
+            if (qobject_cast<QMenu*>(watched) != nullptr) {
+                break;
+            }
             return TakeKey(*static_cast<QKeyEvent*>(event));
         case QEvent::KeyRelease:
             // A button would take the end of what it has not seen begin.

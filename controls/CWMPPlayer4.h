@@ -2,7 +2,8 @@
 //
 //   blank       play, pause           M         sound off, on
 //   left/right  5 s, with Shift 1 s   F         full screen (also a double click on the picture)
-//   , and .     one frame             Esc       leave full screen, then OnEscape
+//   , and .     one frame             + and -   faster, slower
+//   Home, End   to the ends           Esc       leave full screen, then OnEscape
 //   Enter       press the button that has the focus
 //
 // A video that was loaded stands on its first frame until Play. All of it is for the thread of windows, and

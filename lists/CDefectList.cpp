@@ -10,7 +10,7 @@ void CDefectList::CreateColumns(bool fullForm, bool checkBoxes) {
         ShowCheckBoxes();
     }
     for (const ListColumn& column : DefectColumns(fullForm)) {
-        InsertColumn(MessageText(column.Heading), column.Width, column.RightAligned);
+        InsertColumn(column);
     }
 }
 

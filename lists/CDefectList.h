@@ -1,8 +1,8 @@
 // The records of one section, in the order in which they were stored.
 #pragma once
 
-#include "store/records/records.h"
 #include "lists/CListCtrl.h"
+#include "store/records/records.h"
 
 class CDbRec;
 

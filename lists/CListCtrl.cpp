@@ -11,13 +11,20 @@
 
 #include "lists/CListDelegate.h"
 #include "lists/CListModel.h"
+#include "lists/listtexts.h"
 #include "lists/roworder.h"
+#include "shell/dialogs/qttext.h"
 #include "shell/dialogs/theme.h"
 
 namespace {
 
 constexpr int LeastColumnWidth = 24;  // pixels
 constexpr int EmptyTextMargin = 16;
+constexpr int CellMargin = 16;  // what the delegate and the grid take, with some air
+constexpr int WidestFit = 240;
+constexpr int MostRowsMeasured = 200;
+constexpr int SignSize = 8;
+constexpr QRgb SignColour = 0xFF1E8E3E;
 
 }  // namespace
 
@@ -62,7 +69,39 @@ void CListCtrl::InsertColumn(const QString& heading, int width, bool rightAligne
     m_model->AddColumn(
         {heading, (rightAligned ? Qt::AlignRight : Qt::AlignLeft) | Qt::Alignment(Qt::AlignVCenter)});
     m_widths.push_back(width);
+    m_neverCut.push_back(false);
+    m_longest.push_back(0);
     FitColumns();
+}
+
+void CListCtrl::InsertColumn(const ListColumn& column, int moreWidth) {
+    const Qt::Alignment side = column.RightAligned ? Qt::AlignRight : Qt::AlignLeft;
+    m_model->AddColumn(
+        {MessageText(column.Heading), side | Qt::Alignment(Qt::AlignVCenter), column.ShowsEnd});
+    m_widths.push_back(column.Width + moreWidth);
+    m_neverCut.push_back(column.NeverCut);
+    m_longest.push_back(0);
+    FitColumns();
+}
+
+void CListCtrl::ShowSigns() {
+    const auto dot = [this](const QColor& colour) {
+        const qreal ratio = devicePixelRatioF();
+        QPixmap pixmap(QSize(SignSize, SignSize) * ratio);
+        pixmap.setDevicePixelRatio(ratio);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(colour);
+        painter.drawEllipse(QRectF(0.5, 0.5, SignSize - 1.0, SignSize - 1.0));
+        return pixmap;
+    };
+    const QIcon none(dot(Qt::transparent));
+    QIcon sign(dot(SignColour));
+    sign.addPixmap(dot(Qt::white), QIcon::Selected);
+    setIconSize(QSize(SignSize, SignSize));
+    m_model->Sign = [this, sign, none](int row) { return HasSign(row) ? sign : none; };
 }
 
 void CListCtrl::ShowCheckBoxes() {
@@ -122,6 +161,22 @@ void CListCtrl::SelectRow(int row) {
     }
 }
 
+bool CListCtrl::SelectRowOf(std::int32_t itemData) {
+    int found = -1;
+    for (int row = 0; row < RowCount() && found < 0; ++row) {
+        found = m_model->At(row).Data == itemData ? row : -1;
+    }
+    SelectRow(found);
+    return found >= 0;
+}
+
+void CListCtrl::SetCurrentRow(int row) {
+    if (row >= 0 && RowCount() > 0) {
+        selectionModel()->setCurrentIndex(m_model->index(std::min(row, RowCount() - 1), 0),
+                                          QItemSelectionModel::NoUpdate);
+    }
+}
+
 bool CListCtrl::IsChecked(int row) const {
     return IsRow(row) && m_model->At(row).Checked;
 }
@@ -172,18 +227,49 @@ QColor CListCtrl::TextColour(int) const {
     return {};
 }
 
+bool CListCtrl::HasSign(int) const {
+    return false;
+}
+
 void CListCtrl::ResetRows(const std::vector<std::int32_t>& itemData) {
     std::vector<CListModel::Row> rows(itemData.size());
     for (std::size_t i = 0; i < rows.size(); ++i) {
         rows[i].Data = itemData[i];
     }
     m_model->Reset(std::move(rows));
+    FitContent();
 }
 
 void CListCtrl::NotifyChanged() const {
     if (OnItemChanged) {
         OnItemChanged();
     }
+}
+
+// The first rows that come make the columns wide enough for them, within reason; from then on widths stay, so
+// that nothing jumps from section to section. What is never cut grows with every text that is longer.
+void CListCtrl::FitContent() {
+    if (RowCount() == 0) {
+        return;
+    }
+    const int room = 2 * style()->pixelMetric(QStyle::PM_FocusFrameHMargin) + CellMargin;
+    for (int column = 0; column < ColumnCount(); ++column) {
+        const auto at = static_cast<std::size_t>(column);
+        if (m_fitted && !m_neverCut[at]) {
+            continue;
+        }
+        const int rows = m_neverCut[at] ? RowCount() : std::min(RowCount(), MostRowsMeasured);
+        for (int row = 0; row < rows; ++row) {
+            const std::string text = m_model->Text(row, column);
+            if (text.size() > m_longest[at]) {
+                m_longest[at] = text.size();
+                const int width = fontMetrics().horizontalAdvance(ToQt(text)) + room;
+                m_widths[at] = std::max(m_widths[at], m_neverCut[at] ? width : std::min(width, WidestFit));
+            }
+        }
+    }
+    m_fitted = true;
+    FitColumns();
 }
 
 // Told widths, but no heading is cut, and the last column takes what is left over.
@@ -249,8 +335,7 @@ void CListCtrl::keyPressEvent(QKeyEvent* event) {
     }
     // Keys without a meaning here are left to the window.
     const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
-    if (plain &&
-        (event->key() == Qt::Key_Space || event->key() == Qt::Key_Comma || event->key() == Qt::Key_Period)) {
+    if (plain && event->key() == Qt::Key_Space) {
         event->ignore();
         return;
     }

@@ -13,6 +13,7 @@
 #include <vector>
 
 class CListModel;
+struct ListColumn;
 
 class CListCtrl : public QTreeView {
 public:
@@ -21,6 +22,7 @@ public:
 
     // Width in pixels; a heading that needs more gets more.
     void InsertColumn(const QString& heading, int width, bool rightAligned = false);
+    void InsertColumn(const ListColumn& column, int moreWidth = 0);
     // Before the first row.
     void ShowCheckBoxes();
     void AllowSeveral();
@@ -39,6 +41,10 @@ public:
     std::vector<int> SelectedRows() const;
     // Takes the selection off all rows, and gives it, if there is such a row, to this one.
     void SelectRow(int row);
+    // By what a row stands for; false, with none selected, if there is no such row.
+    bool SelectRowOf(std::int32_t itemData);
+    // Where the arrow keys go on from; selects nothing.
+    void SetCurrentRow(int row);
 
     bool IsChecked(int row) const;
     void SetChecked(int row, bool checked);
@@ -61,6 +67,9 @@ protected:
     // The text of a row that hasn't been moved since it was made.
     virtual std::string MakeText(int row, int column) const;
     virtual QColor TextColour(int row) const;
+    // Of rows that bear a sign before their first column; the other rows leave its room empty.
+    virtual bool HasSign(int row) const;
+    void ShowSigns();
     // As many rows as there are data, without texts of their own.
     void ResetRows(const std::vector<std::int32_t>& itemData);
     CListModel& Model() { return *m_model; }
@@ -78,11 +87,15 @@ private:
     bool IsRow(int row) const { return row >= 0 && row < RowCount(); }
     void NotifyChanged() const;
     void FitColumns();
+    void FitContent();
     void ToggleChecks();
     QString CutText(const QModelIndex& index) const;
 
     CListModel* m_model;  // owned by this as its parent
     std::vector<int> m_widths;
+    std::vector<bool> m_neverCut;
+    std::vector<std::size_t> m_longest;  // text measured of each column, in bytes
+    bool m_fitted = false;               // to the content of the first rows that came
     std::set<int> m_sizedByUser;
     bool m_fitting = false;
     QString m_emptyText;

@@ -4,6 +4,8 @@
 #include <QStyle>
 #include <QWidget>
 
+#include "lists/CListModel.h"
+
 namespace {
 
 constexpr QRgb GridColour = 0xFFE6EAEE;
@@ -20,6 +22,9 @@ QStyleOptionViewItem Indented(const QStyleOptionViewItem& option) {
 
 void CListDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
     QStyledItemDelegate::initStyleOption(option, index);
+    if (index.data(CListModel::ShowsEndRole).toBool()) {
+        option->textElideMode = Qt::ElideLeft;
+    }
     // The selection shows where the keyboard is; a frame in it would only be noise. The colour of a row's
     // text gives way to that of selections, which is legible on them.
     if ((option->state & QStyle::State_Selected) != 0) {

@@ -110,6 +110,10 @@ QVariant CListModel::data(const QModelIndex& index, int role) const {
                 return colour;
             }
             return {};
+        case Qt::DecorationRole:
+            return index.column() == 0 && Sign ? Sign(index.row()) : QVariant();
+        case ShowsEndRole:
+            return m_columns[static_cast<std::size_t>(index.column())].ShowsEnd;
         case Qt::CheckStateRole:
             if (m_checkBoxes && index.column() == 0) {
                 return At(index.row()).Checked ? Qt::Checked : Qt::Unchecked;

@@ -13,7 +13,10 @@ public:
     struct Column {
         QString Heading;
         Qt::Alignment Alignment;
+        bool ShowsEnd = false;
     };
+    // Of an index: whether a text that is too long loses its beginning.
+    static constexpr int ShowsEndRole = Qt::UserRole;
     struct Row {
         std::int32_t Data = 0;
         bool Checked = false;
@@ -26,6 +29,7 @@ public:
     // Set once by the owner.
     std::function<std::string(int row, int column)> MakeText;
     std::function<QColor(int row)> TextColour;  // an invalid colour: as usual
+    std::function<QVariant(int row)> Sign;      // before the text of the first column
     std::function<void()> OnChecked;
 
     int Count() const { return static_cast<int>(m_rows.size()); }

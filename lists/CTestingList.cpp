@@ -15,9 +15,10 @@ void CTestingList::CreateColumns(bool checkBoxes) {
     if (checkBoxes) {
         ShowCheckBoxes();
     }
+    ShowSigns();
     int checkBox = checkBoxes ? CheckBoxWidth : 0;  // of the first column, or names would be cut
     for (const ListColumn& column : SectionColumns()) {
-        InsertColumn(MessageText(column.Heading), column.Width + checkBox, column.RightAligned);
+        InsertColumn(column, checkBox);
         checkBox = 0;
     }
 }
@@ -41,7 +42,16 @@ bool CTestingList::Fill(CDbRec& database) {
 }
 
 const _TESTING_DATA* CTestingList::SectionAt(int row) const {
-    return row >= 0 && row < m_sections.GetSize() ? &m_sections[row] : nullptr;
+    if (row < 0 || row >= RowCount()) {
+        return nullptr;
+    }
+    const std::int32_t id = ItemData(row);
+    if (row < m_sections.GetSize() && m_sections[row].ID == id) {
+        return &m_sections[row];
+    }
+    const auto moved = std::find_if(m_sections.begin(), m_sections.end(),
+                                    [id](const _TESTING_DATA& section) { return section.ID == id; });
+    return moved == m_sections.end() ? nullptr : &*moved;
 }
 
 CTestingDataArray CTestingList::CheckedSections() const {
@@ -56,7 +66,7 @@ CTestingDataArray CTestingList::CheckedSections() const {
 
 void CTestingList::DeleteRow(int row) {
     if (SectionAt(row) != nullptr) {
-        m_sections.RemoveAt(row);
+        m_sections.RemoveAt(static_cast<int>(SectionAt(row) - &m_sections[0]));
         CDragListCtrl::DeleteRow(row);
     }
 }
@@ -87,6 +97,11 @@ std::string CTestingList::MakeText(int row, int column) const {
     const auto counted = m_recordCounts.find(section->ID);
     const std::int32_t none = m_counted ? 0 : -1;
     return SectionText(*section, counted == m_recordCounts.end() ? none : counted->second, column);
+}
+
+// The green alone is faint on white.
+bool CTestingList::HasSign(int row) const {
+    return HasDefects.contains(ItemData(row));
 }
 
 QColor CTestingList::TextColour(int row) const {

@@ -4,8 +4,8 @@
 #include <set>
 #include <unordered_map>
 
-#include "store/records/records.h"
 #include "lists/CDragListCtrl.h"
+#include "store/records/records.h"
 
 class CDbRec;
 
@@ -16,15 +16,17 @@ public:
     void CreateColumns(bool checkBoxes);
     // False, with no rows, if the sections can't be read. What can't be counted shows -1.
     bool Fill(CDbRec& database);
-    // Rows and sections run parallel, but a move leaves the sections where they are, until the next Fill.
+    // Of a row that was moved too, though the array stays as it is until the next Fill.
     const _TESTING_DATA* SectionAt(int row) const;  // null if there is none
+    const CTestingDataArray& Sections() const { return m_sections; }
     const _TESTING_DATA* SelectedSection() const { return SectionAt(SelectedRow()); }
     // From the top down.
     CTestingDataArray CheckedSections() const;
     void DeleteRow(int row) override;
     void SortByWells();
 
-    // IDs of the sections that have records; they are green. The owner decides when to look again: a section
+    // IDs of the sections that have records; they are green and bear
+    // a dot. The owner decides when to look again: a section
     // whose first record was just added stays black until the next full refresh.
     std::set<std::int32_t> HasDefects;
     // From what the last Fill counted.
@@ -33,6 +35,7 @@ public:
 protected:
     std::string MakeText(int row, int column) const override;
     QColor TextColour(int row) const override;
+    bool HasSign(int row) const override;
 
 private:
     CTestingDataArray m_sections;

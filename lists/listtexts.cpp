@@ -4,9 +4,17 @@
 
 namespace {
 
-constexpr ListColumn TestingColumns[] = {{2600, 80}, {2601, 80}, {2602, 80}, {2603, 80},
-                                         {2604, 80}, {2605, 80}, {2606, 80}, {2607, 80},
-                                         {2608, 80}, {2609, 80}, {2610, 220}};
+constexpr ListColumn TestingColumns[] = {{2600, 80},
+                                         {2601, 80, false, false, true},
+                                         {2602, 80},
+                                         {2603, 80},
+                                         {2604, 80},
+                                         {2605, 80},
+                                         {2606, 80},
+                                         {2607, 80},
+                                         {2608, 80},
+                                         {2609, 80},
+                                         {2610, 220, false, true}};
 constexpr ListColumn FullColumns[] = {{2030, 75},  {2031, 75}, {2032, 75}, {2033, 100},
                                       {2034, 100}, {2035, 75}, {2036, 75}, {2037, 100}};
 constexpr ListColumn ShortColumns[] = {

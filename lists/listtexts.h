@@ -14,6 +14,8 @@ struct ListColumn {
     int Heading;  // number of the language message
     int Width;
     bool RightAligned = false;
+    bool ShowsEnd = false;  // of a text that is too long: the end of a path tells more
+    bool NeverCut = false;
 };
 
 std::span<const ListColumn> SectionColumns();

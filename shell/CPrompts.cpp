@@ -7,6 +7,10 @@ void ShowMessage(int number, std::string_view appended) {
     Prompts().ShowMessage(number, LoadMessage(number).append(appended));
 }
 
+bool AskBeforeLoss(int number) {
+    return Prompts().AskBeforeLoss(number, LoadMessage(number));
+}
+
 bool AskOkCancel(int number) {
     return Prompts().AskOkCancel(number, LoadMessage(number));
 }

@@ -24,6 +24,8 @@ public:
     virtual void ShowMessage(int number, const std::string& text) = 0;
     // A box with OK and Cancel: whether OK was chosen.
     virtual bool AskOkCancel(int number, const std::string& text) = 0;
+    // Before something is lost or ended: the same box, in which Enter answers Cancel.
+    virtual bool AskBeforeLoss(int number, const std::string& text) { return AskOkCancel(number, text); }
     // The choosers give path texts; empty when the operator cancels.
     virtual std::string PickOpenFile(const std::string& title, const std::vector<FileFilter>& filters) = 0;
     // Several at once, in the order chosen. By default one.
@@ -40,3 +42,4 @@ public:
 // Shows the numbered language message, with `appended` directly behind it.
 void ShowMessage(int number, std::string_view appended = {});
 bool AskOkCancel(int number);
+bool AskBeforeLoss(int number);

@@ -14,6 +14,7 @@
 #include "shell/textcodec.h"
 #include "store/CDbError.h"
 #include "store/CNewDatabaseFile.h"
+#include "store/engineerror.h"
 #include "store/sqltext.h"
 
 namespace {
@@ -110,7 +111,7 @@ void CDbBase::SaveCopy(std::string_view path) {
         sqlite3_backup* const backup = sqlite3_backup_init(copy.m_connection, "main", m_connection, "main");
         const int result = backup == nullptr ? SQLITE_ERROR : sqlite3_backup_step(backup, -1);
         if (sqlite3_backup_finish(backup) != SQLITE_OK || result != SQLITE_DONE) {
-            throw CDbError(sqlite3_errmsg(copy.m_connection));
+            throw EngineError(copy.m_connection);
         }
     }
     file.Flush(DefaultMode());
@@ -160,7 +161,7 @@ void CDbBase::Connect(const std::string& hostPath, std::string_view password, in
     const std::string key = DatabaseKey(password);
     // A connection never leaves its thread, so the engine needs no locks of its own.
     if (sqlite3_open_v2(hostPath.c_str(), &m_connection, flags | SQLITE_OPEN_NOMUTEX, nullptr) != SQLITE_OK) {
-        throw CDbError(sqlite3_errmsg(m_connection));
+        throw EngineError(m_connection);
     }
     Run("PRAGMA key = \"x'" + key + "'\"");
     Run("PRAGMA cipher_page_size = " + std::to_string(PageSize));
@@ -193,7 +194,7 @@ void CDbBase::CreateInMemory() {
 
 void CDbBase::Run(const std::string& statement) const {
     if (sqlite3_exec(m_connection, statement.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
-        throw CDbError(sqlite3_errmsg(m_connection));
+        throw EngineError(m_connection);
     }
 }
 
@@ -205,9 +206,13 @@ CDbCursor CDbBase::Execute(std::string_view statement) {
         throw CDbError("the batch was lost");
     }
     if (!StartsWithSelect(statement) && FileGone()) {
-        throw CDbError("the file has gone");
+        throw CDbError("the file has gone", CDbError::Why::FileGone);
     }
     return CDbCursor(m_statements.Take(m_connection, TranslateSql(statement)));
+}
+
+std::int64_t CDbBase::ChangeCount() const {
+    return m_connection == nullptr ? 0 : sqlite3_total_changes(m_connection);
 }
 
 std::int32_t CDbBase::LastInsertId() const {
@@ -234,7 +239,7 @@ void CDbBase::EndBatch() {
     }
     try {
         if (FileGone()) {
-            throw CDbError("the file has gone");
+            throw CDbError("the file has gone", CDbError::Why::FileGone);
         }
         Run("COMMIT");
     } catch (const CDbError&) {

@@ -46,6 +46,8 @@ public:
 
     // Runs exactly one statement. Throws CDbError, also in a batch that was lost (see CDbBatch).
     CDbCursor Execute(std::string_view statement);
+    // Counts the rows that this connection has changed.
+    std::int64_t ChangeCount() const;
     // The key that the last insert was given.
     std::int32_t LastInsertId() const;
 

@@ -10,6 +10,7 @@
 #include "shell/numbers.h"
 #include "shell/textcodec.h"
 #include "store/CDbError.h"
+#include "store/engineerror.h"
 
 namespace {
 
@@ -44,7 +45,7 @@ void CDbCursor::Step() {
     const int result = sqlite3_step(m_statement.get());
     m_eof = result == SQLITE_DONE;
     if (result != SQLITE_ROW && result != SQLITE_DONE) {
-        throw CDbError(sqlite3_errmsg(sqlite3_db_handle(m_statement.get())));
+        throw EngineError(sqlite3_db_handle(m_statement.get()));
     }
 }
 

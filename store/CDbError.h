@@ -1,5 +1,5 @@
 // The one exception of the database rooms. Its text is for developers: operators see the numbered message
-// of the operation that failed.
+// of the operation that failed, with the reason if they can do something about it.
 #pragma once
 
 #include <stdexcept>
@@ -7,5 +7,13 @@
 
 class CDbError : public std::runtime_error {
 public:
-    using std::runtime_error::runtime_error;
+    enum class Why { Other, ReadOnly, DiskFull, DiskFailed, FileGone };
+
+    explicit CDbError(const std::string& text, Why why = Why::Other)
+        : std::runtime_error(text), Reason(why) {}
+
+    Why Reason;
 };
+
+// Shows the numbered message with the reason in a line of its own.
+void ShowFailure(int number, const CDbError& error);

@@ -57,8 +57,8 @@ bool CDbRec::ReadAttrib(_PRO_DATA& out) {
             out.CreateTime = row.GetDate("CreateTime");
         }
         return true;
-    } catch (const CDbError&) {
-        ShowMessage(2005);
+    } catch (const CDbError& error) {
+        ShowFailure(2005, error);
         return false;
     }
 }
@@ -72,8 +72,8 @@ bool CDbRec::WriteAttrib(const _PRO_DATA& in, bool stampCreateTime) {
              SqlCoordinate(in.GpsY), EscapeSqlText(in.ProjectIndex), EscapeSqlText(in.StandardIndex),
              EscapeSqlText(in.Location), stampCreateTime ? ",CreateTime = now()" : ""}));
         return true;
-    } catch (const CDbError&) {
-        ShowMessage(2006);
+    } catch (const CDbError& error) {
+        ShowFailure(2006, error);
         return false;
     }
 }
@@ -122,8 +122,8 @@ bool CDbRec::ReadTestings(CTestingDataArray& out) {
             out.Add(ReadTestingRow(rows));
         }
         return true;
-    } catch (const CDbError&) {
-        ShowMessage(2013);
+    } catch (const CDbError& error) {
+        ShowFailure(2013, error);
         return false;
     }
 }
@@ -153,8 +153,8 @@ bool CDbRec::GetNextTestingOrder(std::int32_t& out) {
             out = static_cast<std::int32_t>(next);
         }
         return true;
-    } catch (const CDbError&) {
-        ShowMessage(2013);
+    } catch (const CDbError& error) {
+        ShowFailure(2013, error);
         return false;
     }
 }
@@ -179,8 +179,8 @@ bool CDbRec::AddTesting(const _TESTING_DATA& in) {
             "'%s','%s','%s','%s')",
             values));
         return true;
-    } catch (const CDbError&) {
-        ShowMessage(2007);
+    } catch (const CDbError& error) {
+        ShowFailure(2007, error);
         return false;
     }
 }
@@ -200,8 +200,8 @@ bool CDbRec::UpdateTesting(const _TESTING_DATA& in) {
             "ID = %d",
             values));
         return true;
-    } catch (const CDbError&) {
-        ShowMessage(2008);
+    } catch (const CDbError& error) {
+        ShowFailure(2008, error);
         return false;
     }
 }
@@ -211,8 +211,8 @@ bool CDbRec::SetTestingOrder(std::int32_t id, std::int32_t order) {
         Execute(FormatSql("update Testing set TestingOrder = %ld where id=%ld",
                           {FormatInt(order), FormatInt(id)}));
         return true;
-    } catch (const CDbError&) {
-        ShowMessage(2008);
+    } catch (const CDbError& error) {
+        ShowFailure(2008, error);
         return false;
     }
 }
@@ -231,8 +231,8 @@ bool CDbRec::DeleteTesting(const _TESTING_DATA& in) {
         Execute(FormatSql("delete from Testing where ID = %d", {FormatInt(in.ID)}));
         message = 2009;  // if nothing can be stored, the records are there too
         batch.Commit();
-    } catch (const CDbError&) {
-        ShowMessage(message);
+    } catch (const CDbError& error) {
+        ShowFailure(message, error);
         return false;
     }
     // File choosers move the current folder, and resources are opened relative to it.
@@ -262,8 +262,8 @@ bool CDbRec::RecalcRecordGps(std::int32_t id) {
         }
         batch.Commit();
         return true;
-    } catch (const CDbError&) {
-        ShowMessage(2020);
+    } catch (const CDbError& error) {
+        ShowFailure(2020, error);
         return false;
     }
 }

@@ -128,8 +128,8 @@ std::int32_t CDbRec::CountRecords(std::int32_t testingId) {
             ++count;
         }
         return count;
-    } catch (const CDbError&) {
-        ShowMessage(2018);
+    } catch (const CDbError& error) {
+        ShowFailure(2018, error);
         return -1;
     }
 }
@@ -143,8 +143,8 @@ bool CDbRec::CountRecordsBySection(std::unordered_map<std::int32_t, std::int32_t
             counts[rows.GetLong("TestingID")] = rows.GetLong("RecordCount");
         }
         return true;
-    } catch (const CDbError&) {
-        ShowMessage(2018);
+    } catch (const CDbError& error) {
+        ShowFailure(2018, error);
         return false;
     }
 }
@@ -217,8 +217,8 @@ bool CDbRec::AddRecord(const _REC_DATA& in) {
              SqlDistance(in.GetPicTime2()),   SqlCoordinate(in.GpsX),        SqlCoordinate(in.GpsY),
              EscapeSqlText(in.JcjNo),         FormatInt(in.JcjType),         FormatInt(in.JcjUnderRoad),
              FormatInt(in.JcjMaterial),       FormatInt(in.JcjCoverMaterial)}));
-    } catch (const CDbError&) {
-        ShowMessage(2014);
+    } catch (const CDbError& error) {
+        ShowFailure(2014, error);
         return false;
     }
     RememberAdded(in, std::move(state));
@@ -242,8 +242,8 @@ bool CDbRec::UpdateRecord(const _REC_DATA& in) {
              FormatInt(in.JcjUnderRoad), FormatInt(in.JcjMaterial), FormatInt(in.JcjCoverMaterial),
              FormatInt(in.ID)}));
         return true;
-    } catch (const CDbError&) {
-        ShowMessage(2015);
+    } catch (const CDbError& error) {
+        ShowFailure(2015, error);
         return false;
     }
 }
@@ -253,8 +253,8 @@ bool CDbRec::DeleteRecord(std::int32_t id) {
     try {
         Execute(FormatSql("delete from Record where ID = %d", {FormatInt(id)}));
         return true;
-    } catch (const CDbError&) {
-        ShowMessage(2016);
+    } catch (const CDbError& error) {
+        ShowFailure(2016, error);
         return false;
     }
 }

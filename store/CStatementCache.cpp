@@ -8,6 +8,7 @@
 #include "shell/numbers.h"
 #include "shell/textcodec.h"
 #include "store/CDbError.h"
+#include "store/engineerror.h"
 
 namespace {
 
@@ -137,7 +138,7 @@ CStatementCache::Statement CStatementCache::Take(sqlite3* connection, const std:
         m_idle->Statements.erase(idle);
     } else if (sqlite3_prepare_v2(connection, lifted.Text.data(), static_cast<int>(lifted.Text.size()),
                                   &prepared, nullptr) != SQLITE_OK) {
-        throw CDbError(sqlite3_errmsg(connection));
+        throw EngineError(connection);
     }
     if (prepared == nullptr) {
         throw CDbError("an empty statement");

@@ -1,4 +1,5 @@
 #include "store/CTableWriter.h"
+#include "store/engineerror.h"
 
 #include <sqlcipher/sqlite3.h>
 
@@ -60,7 +61,7 @@ void CTableWriter::Check(int result) const {
         throw CUnfittingValue(sqlite3_errmsg(m_database.m_connection));
     }
     if (kind != SQLITE_OK && kind != SQLITE_DONE) {
-        throw CDbError(sqlite3_errmsg(m_database.m_connection));
+        throw EngineError(m_database.m_connection);
     }
 }
 

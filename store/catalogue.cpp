@@ -156,7 +156,7 @@ bool AskToDelete(std::string_view path, const ProjectRow* shown) {
         text += "\r\n" +
                 FillText(LoadMessage(MessageOtherRow), {shown->ProjectName, GetFileName(shown->OwnPath)});
     }
-    return Prompts().AskOkCancel(2204, text);
+    return Prompts().AskBeforeLoss(2204, text);
 }
 
 }  // namespace
@@ -259,7 +259,7 @@ bool DeleteProject(std::string_view path, const ProjectRow* shown) {
     if (!AskToDelete(path, shown) || !ReadForDeletion(path)) {
         return false;
     }
-    if (!Desktop().CopyToTrash(path) && !AskOkCancel(MessageNoTrash)) {
+    if (!Desktop().CopyToTrash(path) && !AskBeforeLoss(MessageNoTrash)) {
         return false;
     }
     try {

@@ -55,8 +55,8 @@ bool RenumberSections(CDbRec& database, const std::vector<std::int32_t>& ids) {
         }
         batch.Commit();
         return true;
-    } catch (const CDbError&) {
-        ShowMessage(2008);
+    } catch (const CDbError& error) {
+        ShowFailure(2008, error);
         return false;
     }
 }

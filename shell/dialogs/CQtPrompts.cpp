@@ -26,7 +26,8 @@ void NameButton(QAbstractButton* button, int number) {
     }
 }
 
-bool RunBox(QMessageBox::Icon kind, const std::string& text, QMessageBox::StandardButtons buttons) {
+bool RunBox(QMessageBox::Icon kind, const std::string& text, QMessageBox::StandardButtons buttons,
+            QMessageBox::StandardButton enter = QMessageBox::Ok) {
     QMessageBox box(kind, QApplication::applicationDisplayName(), ToQt(text), buttons,
                     QApplication::activeWindow());
     box.setTextFormat(Qt::PlainText);
@@ -39,7 +40,7 @@ bool RunBox(QMessageBox::Icon kind, const std::string& text, QMessageBox::Standa
         NameButton(box.button(QMessageBox::Cancel), 51);
         box.setEscapeButton(QMessageBox::Cancel);
     }
-    box.setDefaultButton(QMessageBox::Ok);
+    box.setDefaultButton(enter);
     // Also in the midst of work that shows the wait cursor, the box waits for the operator.
     QApplication::setOverrideCursor(Qt::ArrowCursor);
     const bool confirmed = box.exec() == QMessageBox::Ok;
@@ -75,6 +76,10 @@ void CQtPrompts::ShowMessage(int, const std::string& text) {
 
 bool CQtPrompts::AskOkCancel(int, const std::string& text) {
     return RunBox(QMessageBox::Question, text, QMessageBox::Ok | QMessageBox::Cancel);
+}
+
+bool CQtPrompts::AskBeforeLoss(int, const std::string& text) {
+    return RunBox(QMessageBox::Question, text, QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
 }
 
 std::string CQtPrompts::Chosen(const QString& hostPath) {

@@ -17,6 +17,9 @@ struct Route {
     bool Full;
     int Assessed;  // data columns of the table of assessments
 };
+void PrintTo(const Route& route, std::ostream* out) {
+    *out << route.Template;
+}
 
 // The numbers of cells of all rows.
 using Rows = std::vector<int>;

@@ -1,11 +1,15 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <QAbstractButton>
 #include <QLineEdit>
 #include <QTest>
+#include <QToolButton>
 #include <filesystem>
 
 #include "controls/CWMPPlayer4.h"
+#include "lists/CDefectList.h"
+#include "lists/CTestingList.h"
 #include "shell/newpipedefaults.h"
 #include "shell/paths.h"
 #include "shell/seams.h"
@@ -17,8 +21,6 @@
 #include "tests/support/windows.h"
 #include "tests/workbench/numberedvideo.h"
 #include "workbench/dialogs/CDlgProAtrrib.h"
-#include "lists/CDefectList.h"
-#include "lists/CTestingList.h"
 
 namespace {
 
@@ -201,7 +203,7 @@ TEST_F(ReviewWindow, OnlyTheLastOfABurstOfSelectionsLoadsItsVideo) {
     window.show();
     WaitFor(50);
     List(window).setFocus();
-    PressKey(List(window), Qt::Key_Home);
+    PressKey(List(window), Qt::Key_Home, Qt::ControlModifier);
     ASSERT_TRUE(WaitFor([&] { return PlayerOf(window).URL() == Folder.Path("job/gone.avi"); }));
     PressKey(List(window), Qt::Key_Down);
     PressKey(List(window), Qt::Key_Down);
@@ -286,7 +288,7 @@ TEST_F(ReviewWindow, TwentyDefectsAreStoredWithKeysAlone) {
     CDlgProAtrrib window(Project);
     window.show();
     WaitFor(50);
-    PressKey(List(window), Qt::Key_Home);
+    PressKey(List(window), Qt::Key_Home, Qt::ControlModifier);
     PressKey(List(window), Qt::Key_Down);
     ASSERT_TRUE(WaitFor([&] { return PlayerOf(window).Duration() > 0.0; }));
     constexpr int Count = 20;
@@ -346,4 +348,107 @@ TEST_F(ReviewWindow, ACancelledDefectLeavesNoPicture) {
         EXPECT_FALSE(std::filesystem::exists(Folder.Host("job/picture/Y1-Y2_092653_original.jpg")));
     }
     EXPECT_EQ(DefectsOf(window).RowCount(), 2);
+}
+
+TEST_F(ReviewWindow, KeysObeyWhereverNoTextIsTyped) {
+    CDlgProAtrrib window(Project);
+    window.show();
+    WaitFor(50);
+    // On the section where the review stood last, or the last one.
+    EXPECT_EQ(List(window).SelectedRow(), 2);
+    List(window).SelectRow(1);
+    ASSERT_TRUE(WaitFor([&] { return PlayerOf(window).Duration() > 0.0; }));
+    auto* speed = PlayerOf(window).findChild<QToolButton*>("speed");
+    for (QWidget* focused :
+         std::initializer_list<QWidget*>{&List(window), &DefectsOf(window), window.GetDlgItem(1035)}) {
+        focused->setFocus();
+        PressKey(*focused, Qt::Key_End);
+        EXPECT_GT(PlayerOf(window).Controls().CurrentPosition(), 5.0);
+        PressKey(*focused, Qt::Key_Home);
+        EXPECT_EQ(PlayerOf(window).Controls().CurrentPosition(), 0.0);
+        for (int i = 0; i < 5; ++i) {
+            PressKey(*focused, Qt::Key_Plus, Qt::ShiftModifier);
+        }
+        EXPECT_EQ(speed->text(), "8×");
+        for (int i = 0; i < 4; ++i) {
+            PressKey(*focused, Qt::Key_Minus);
+        }
+        EXPECT_EQ(speed->text(), "1×");
+        if (focused != window.GetDlgItem(1035)) {  // which Space presses
+            PressKey(*focused, Qt::Key_Space);
+            EXPECT_TRUE(PlayerOf(window).IsPlaying());
+            PlayerOf(window).Controls().Pause();
+        }
+    }
+    DefectsOf(window).SelectRow(1);
+    Folder.Prompts.ExpectQuestion(2197, true);
+    PressKey(DefectsOf(window), Qt::Key_Delete);
+    EXPECT_EQ(DefectsOf(window).RowCount(), 1);
+    EXPECT_EQ(List(window).RowText(1, 2), "1");
+    EXPECT_EQ(List(window).SelectedRow(), 1);
+    // Full screen is left and the end asked for in one stroke.
+    PlayerOf(window).SetFullScreen(true);
+    Folder.Prompts.ExpectQuestion(2182, false);
+    PressKey(*PlayerOf(window).findChild<QWidget*>("picture"), Qt::Key_Escape);
+    EXPECT_FALSE(PlayerOf(window).IsFullScreen());
+    EXPECT_TRUE(window.isVisible());
+    Folder.Prompts.ExpectQuestion(2192, true);
+    PressKey(List(window), Qt::Key_Delete);
+    EXPECT_EQ(List(window).RowCount(), 2);
+}
+
+TEST_F(ReviewWindow, DoubleClicksOpenPropertiesAndTheMenuSorts) {
+    CDlgProAtrrib window(Project);
+    window.show();
+    List(window).SelectRow(1);
+    ASSERT_TRUE(WaitFor([&] { return DefectsOf(window).RowCount() == 2; }));
+    WaitFor(50);
+    for (CListCtrl* list : std::initializer_list<CListCtrl*>{&List(window), &DefectsOf(window)}) {
+        const QPoint at = list->visualRect(list->model()->index(1, 0)).center();
+        InNextDialog([&](CSizeDlg& dialog) { Press(dialog, CSizeDlg::IdCancel); });
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, at);
+        QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, at);
+        EXPECT_TRUE(AllDialogsCame());
+    }
+    const double position = PlayerOf(window).Controls().CurrentPosition();
+    EXPECT_GT(position, 3.0);
+    window.Run(32782);
+    EXPECT_EQ(List(window).RowText(0, 1), "Y1 - Y2");
+    EXPECT_EQ(List(window).RowText(2, 1), "Y10 - Y11");
+    // The operator stands where he stood.
+    EXPECT_EQ(List(window).SelectedRow(), 0);
+    EXPECT_EQ(DefectsOf(window).SelectedRow(), 1);
+    EXPECT_EQ(PlayerOf(window).Controls().CurrentPosition(), position);
+
+    List(window).SelectRow(0);
+    PlayerOf(window).SetURL("");
+    WaitFor(50);
+    PlayerOf(window).SetURL("");
+    Folder.Prompts.Expect(2194);
+    Press(window, 1035);
+    DefectsOf(window).SelectRow(0);
+    WaitFor(50);
+    PlayerOf(window).SetURL("");
+    Folder.Prompts.Expect(2198);
+    Press(window, 1033);
+}
+
+TEST_F(ReviewWindow, ReadOnlyProjectsSaySo) {
+    namespace fs = std::filesystem;
+    fs::permissions(Folder.Host("db/p.mdb"), fs::perms{0444});
+    fs::permissions(Folder.Host(""), fs::perms{0755});
+    constexpr uid_t Nobody = 65534;
+    const bool root = geteuid() == 0;  // who may write everything
+    ASSERT_TRUE(!root || seteuid(Nobody) == 0);
+    CDlgProAtrrib window(Project);
+    window.show();
+    ASSERT_TRUE(!root || seteuid(0) == 0);
+    WaitFor(50);
+    EXPECT_TRUE(window.windowTitle().endsWith("（只读）")) << window.windowTitle().toStdString();
+    for (const int id : {1035, 1021, 1030, 1082}) {
+        EXPECT_FALSE(IsEnabled(window, id)) << id;
+    }
+    EXPECT_TRUE(IsEnabled(window, 1028));
+    PressKey(List(window), Qt::Key_Delete);
+    EXPECT_EQ(List(window).RowCount(), 3);
 }

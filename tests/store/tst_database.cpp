@@ -145,7 +145,8 @@ TEST_F(Database, ThatCanNotBeWrittenIsRead) {
         _PRO_DATA project;
         const bool read = database.OpenDatabase(path, CDbPassword) && database.ReadAttrib(project);
         return read && !database.WriteAttrib(project, true) &&
-               m_folder.Prompts.LastText() == LoadMessage(2006) && database.CountRecords(-1) == 0;
+               m_folder.Prompts.LastText() == LoadMessage(2006) + "\r\n" + LoadMessage(3417) &&
+               database.CountRecords(-1) == 0;
     }));
 }
 

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QSettings>
+#include <QTemporaryDir>
 #include <clocale>
 
 #include "shell/dialogs/theme.h"
@@ -17,5 +19,8 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName("Drovane");
     QApplication::setQuitOnLastWindowClosed(false);
     ApplyTheme(application);
+    // What a test remembers is nobody's.
+    const QTemporaryDir settings;
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settings.path());
     return RUN_ALL_TESTS();
 }

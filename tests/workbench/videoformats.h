@@ -16,6 +16,9 @@ struct VideoFormat {
     double (*TimeOf)(int number) = nullptr;
     double Rate = 25.0;
 };
+inline void PrintTo(const VideoFormat& format, std::ostream* out) {
+    *out << format.Recipe.Name << format.Recipe.Ending;
+}
 std::vector<VideoFormat> VideoFormats();
 
 // The times of the frames in the file, by the numbers that they show.

@@ -5,7 +5,10 @@
 #include <QFrame>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QKeySequence>
 #include <QLineEdit>
+#include <QMenu>
+#include <QPointer>
 #include <QScreen>
 #include <QSplitter>
 #include <QTimer>
@@ -15,15 +18,16 @@
 #include "defects/dialogs/CCtrlPic.h"
 #include "defects/dialogs/CPointView.h"
 #include "defects/dialogs/rulermessages.h"
+#include "lists/CDefectList.h"
+#include "lists/CTestingList.h"
 #include "reports/CRecExport.h"
 #include "shell/CPrompts.h"
 #include "shell/dialogs/CDlgStart.h"
 #include "shell/dialogs/qttext.h"
 #include "shell/language.h"
 #include "shell/textcodec.h"
-#include "workbench/dialogs/reviewcommandtable.h"
-#include "lists/CDefectList.h"
-#include "lists/CTestingList.h"
+#include "workbench/dialogs/reviewcommands.h"
+#include "workbench/dialogs/reviewplace.h"
 
 namespace {
 
@@ -35,14 +39,10 @@ constexpr int IdDefects = 1032;
 constexpr int IdPlayer = 1034;
 constexpr int IdRuler = 1045;
 
-constexpr int TimerSection = 1;
-constexpr int TimerDefect = 2;
-constexpr int TimerDuration = 3;
 constexpr int Deferral = 20;  // milliseconds
 constexpr int Poll = 200;
 
 constexpr int RulerMargin = 36;
-const std::vector<int> ListButtons = {1021, 1023, 1028, 1079, 1035, 1037, 1030, 1029, 1033};
 
 constexpr QSize FirstSize(1240, 690);  // fits a screen of 1366x768 with its bars
 
@@ -67,7 +67,7 @@ CDlgProAtrrib::CDlgProAtrrib(std::string_view projectPath, QWidget* parent)
 
 // The player must not outlive the lists that its callbacks ask.
 CDlgProAtrrib::~CDlgProAtrrib() {
-    KillTimer(TimerDuration);
+    StopTimer(Timer::Duration);
     m_player->Controls().Stop();
     m_player->SetURL("");
 }
@@ -84,11 +84,14 @@ void CDlgProAtrrib::MakeControls() {
     }
     m_canvas->hide();
 
-    m_sections->OnItemChanged = [this] { SetTimer(TimerSection, Deferral); };
-    m_sections->OnDoubleClick = [this](int) { OnSectionProperties(); };
+    m_sections->OnItemChanged = [this] { m_session.OnSectionChanged(); };
+    m_sections->OnDoubleClick = [this](int) { Run(CommandSectionProperties); };
     m_sections->OnRightClick = [this](const QPoint& at) { OnSectionMenu(at); };
-    m_defects->OnDoubleClick = [this](int) { OnEditDefect(); };
-    m_defects->OnItemChanged = [this] { SetTimer(TimerDefect, Deferral); };
+    m_defects->OnItemChanged = [this] { m_session.OnDefectChanged(); };
+    m_defects->OnDoubleClick = [this](int) { Run(CommandEditDefect); };
+    for (QWidget* control : std::initializer_list<QWidget*>{m_sections, m_defects, m_ruler}) {
+        control->installEventFilter(this);
+    }
     m_player->OnEscape = [this] { OnCancel(); };
     m_sections->setAccessibleName(MessageText(MessageSectionList));
     m_defects->setAccessibleName(MessageText(MessageDefectList));
@@ -97,7 +100,7 @@ void CDlgProAtrrib::MakeControls() {
 void CDlgProAtrrib::PlaceControls() {
     auto* bar = new QHBoxLayout;
     bar->setSpacing(2);
-    for (const int id : ToolbarOrder) {
+    for (const int id : ToolbarOrder()) {
         if (id == ToolbarLine) {
             bar->addWidget(MakeLine(this));
         } else if (id == ToolbarStretch) {
@@ -153,7 +156,7 @@ QWidget* MakeListPanel(QWidget* parent, QWidget* list, const std::vector<QWidget
 
 }  // namespace
 
-std::vector<QWidget*> CDlgProAtrrib::Controls(const std::vector<int>& ids) const {
+std::vector<QWidget*> CDlgProAtrrib::Controls(std::span<const int> ids) const {
     std::vector<QWidget*> controls;
     for (const int id : ids) {
         controls.push_back(GetDlgItem(id));
@@ -161,14 +164,16 @@ std::vector<QWidget*> CDlgProAtrrib::Controls(const std::vector<int>& ids) const
     return controls;
 }
 
+int CDlgProAtrrib::ButtonWidth() const {
+    return std::max(WidestOf(Controls(SectionButtons())), WidestOf(Controls(DefectButtons())));
+}
+
 QWidget* CDlgProAtrrib::MakeSectionPanel() {
-    return MakeListPanel(this, m_sections, Controls({1021, 1023, 1028, 1079}),
-                         WidestOf(Controls(ListButtons)));
+    return MakeListPanel(this, m_sections, Controls(SectionButtons()), ButtonWidth());
 }
 
 QWidget* CDlgProAtrrib::MakeDefectPanel() {
-    return MakeListPanel(this, m_defects, Controls({1035, 1037, 1030, 1029, 1033}),
-                         WidestOf(Controls(ListButtons)));
+    return MakeListPanel(this, m_defects, Controls(DefectButtons()), ButtonWidth());
 }
 
 QWidget* CDlgProAtrrib::MakeReviewPanel() {
@@ -177,9 +182,9 @@ QWidget* CDlgProAtrrib::MakeReviewPanel() {
     panel->setHandleWidth(6);
     panel->addWidget(m_player);
     panel->addWidget(MakeDefectPanel());
-    // More room is the picture's; the list has all its columns if that leaves half of the width.
-    panel->setStretchFactor(0, 1);
-    panel->setStretchFactor(1, 0);
+    // The list has all its columns if that leaves half of the width; of more room the picture gets most.
+    panel->setStretchFactor(0, 2);
+    panel->setStretchFactor(1, 1);
     m_review = panel;
     return panel;
 }
@@ -188,13 +193,12 @@ void CDlgProAtrrib::OnInitDialog() {
     m_sections->CreateColumns(false);
     m_defects->CreateColumns(true, false);
     ChooseSize();
-    ShowEmptyTexts();
+    ShowState();
     if (!m_firstProject.empty()) {
         (void)OpenProject(m_firstProject);
     }
     m_ruler->SetMargin(RulerMargin);
     m_ruler->hide();
-    UpdateTitle();
     m_sections->setFocus();
     ShowSplash();
 }
@@ -208,7 +212,7 @@ void CDlgProAtrrib::ChooseSize() {
 }
 
 void CDlgProAtrrib::SplitReview() {
-    const int wanted = m_defects->FullWidth() + WidestOf(Controls(ListButtons)) + m_review->handleWidth();
+    const int wanted = m_defects->FullWidth() + ButtonWidth() + m_review->handleWidth();
     const int defects = std::min(wanted, m_review->width() / 2);
     m_review->setSizes({m_review->width() - defects, defects});
 }
@@ -229,156 +233,264 @@ void CDlgProAtrrib::ShowSplash() {
     QTimer::singleShot(0, splash, [splash] { splash->show(); });
 }
 
-void CDlgProAtrrib::ShowEmptyTexts() {
-    m_sections->SetEmptyText(MessageText(m_database ? MessageNoSections : MessageNoProject));
-    const int nothing = m_sections->SelectedRow() < 0 ? MessageChooseSection : MessageNoDefects;
-    m_defects->SetEmptyText(MessageText(m_database ? nothing : MessageNoProjectVideo));
-    const int noVideo = m_sections->SelectedRow() < 0 ? MessageChooseVideo : MessageNoVideo;
-    m_player->SetEmptyText(LoadMessage(m_database ? noVideo : MessageNoProjectVideo));
+// The buttons of the commands that have one. A control whose command isn't built says so.
+void CDlgProAtrrib::MakeButtons() {
+    for (const ReviewCommand& command : ReviewCommands()) {
+        if (command.Bitmap == nullptr) {
+            continue;
+        }
+        const auto layout =
+            command.Size > 24 ? CButtonST::Layout::PictureOverText : CButtonST::Layout::PictureBesideText;
+        auto* button = AddControl(command.Id, new CButtonST(layout, this));
+        button->SetBitmap(command.Bitmap, command.Size);
+        button->setText(ToQt(command.Caption));
+        SetCaptions({{command.Id, command.Text}});
+        if (command.Handler != nullptr) {
+            button->SetShortcut(QKeySequence(command.Shortcut));
+            OnCommand(command.Id, [this, id = command.Id] { Run(id); });
+        }
+        button->installEventFilter(this);
+    }
+    ShowCommands();
+}
+
+void CDlgProAtrrib::ShowCommands() {
+    for (const ReviewCommand& command : ReviewCommands()) {
+        auto* button = command.Bitmap == nullptr ? nullptr : Item<CButtonST>(command.Id);
+        if (button == nullptr) {
+            continue;
+        }
+        const bool barred = command.Changes && m_session.IsReadOnly();
+        QString tip = MessageText(command.Text + TipOffset);
+        if (command.Handler == nullptr || barred) {
+            tip += "\n" + MessageText(command.Handler == nullptr ? MessageNotBuilt : MessageReadOnlyTip);
+        }
+        button->setEnabled(command.Handler != nullptr && !barred);
+        button->SetTip(tip);
+    }
 }
 
 bool CDlgProAtrrib::OpenProject(std::string_view path) {
-    auto database = std::make_unique<CRecExport>();
-    _PRO_DATA project;
-    if (!database->OpenDatabase(path, CDbPassword) || !database->ReadAttrib(project)) {
+    if (!m_session.Open(path)) {
         return false;
     }
-    m_database = std::move(database);
-    m_projectPath = path;
-    m_projectName = project.ProjectName;
-    m_criterionName = project.CriterionName;
-    Item<QLineEdit>(IdProjectName)->setText(ToQt(m_projectName));
-    Item<QLineEdit>(IdCriterionName)->setText(ToQt(m_criterionName));
-    RefreshLists();
-    UpdateTitle();
+    const CTestingDataArray& sections = Sections();
+    if (!SelectSection(LastSection(path)) && sections.GetSize() > 0) {
+        (void)SelectSection(sections[sections.GetSize() - 1].ID);
+    }
     return true;
 }
 
 void CDlgProAtrrib::UpdateTitle() {
-    setWindowTitle(ToQt(ReviewTitle(m_projectName, m_criterionName)));
-}
-
-void CDlgProAtrrib::RefreshLists() {
-    if (m_database) {
-        (void)m_sections->Fill(*m_database);  // has told its message
-        m_sections->RebuildHasDefects();
-        m_sections->viewport()->update();
+    QString title = ToQt(ReviewTitle(m_session.ProjectName(), m_session.CriterionName()));
+    if (m_session.IsReadOnly()) {
+        title += " " + MessageText(MessageReadOnlyTitle);
     }
-    ShowEmptyTexts();
-    // Also where the list was empty before and is so again.
-    SetTimer(TimerSection, Deferral);
+    setWindowTitle(title);
 }
 
-void CDlgProAtrrib::FillDefects(std::int32_t sectionId) {
-    if (m_database) {
-        (void)m_defects->Fill(*m_database, sectionId);
+void CDlgProAtrrib::Run(int id) {
+    const ReviewCommand& command = CommandOf(id);
+    if (m_running || command.Handler == nullptr) {
+        return;
+    }
+    m_session.FlushSelections();
+    if (!m_session.Meets(command.Needs) || (command.Changes && m_session.IsReadOnly())) {
+        return;
+    }
+    if (command.Question != 0 &&
+        !(command.Loses ? AskBeforeLoss(command.Question) : AskOkCancel(command.Question))) {
+        return;
+    }
+    m_running = true;
+    const QPointer<QWidget> focus = focusWidget();
+    if (command.Needs != ReviewNeed::Nothing) {
+        m_session.OfferCopyIfGone();
+    }
+    const CReviewSession::Place place = m_session.GetPlace();
+    command.Handler(*this);
+    m_session.Return(place);
+    if (focus != nullptr && focus != focusWidget() && focus->isVisible() && focus->isEnabled()) {
+        focus->setFocus();
+    }
+    m_running = false;
+}
+
+void CDlgProAtrrib::Close() {
+    RememberPlace();
+    m_player->Controls().Stop();
+    EndDialog(IdCancel);
+}
+
+void CDlgProAtrrib::RememberPlace() const {
+    if (const _TESTING_DATA* section = SelectedSection()) {
+        RememberSection(ProjectPath(), section->ID);
     }
 }
 
-void CDlgProAtrrib::ReselectSection(int row) {
-    m_sections->SelectRow(std::min(row, m_sections->RowCount() - 1));
+void CDlgProAtrrib::FillSections(CDbRec& database) {
+    const int current = m_sections->currentIndex().row();
+    (void)m_sections->Fill(database);  // has told its message
+    m_sections->RebuildHasDefects();
+    m_sections->SetCurrentRow(current);
+}
+
+void CDlgProAtrrib::FillDefects(CDbRec& database, std::int32_t sectionId) {
+    const int current = m_defects->currentIndex().row();
+    (void)m_defects->Fill(database, sectionId);
+    m_defects->SetCurrentRow(current);
+}
+
+void CDlgProAtrrib::ClearDefects() {
+    m_defects->Clear();
+}
+
+const CTestingDataArray& CDlgProAtrrib::Sections() const {
+    return m_sections->Sections();
+}
+
+const CRecDataArray& CDlgProAtrrib::Records() const {
+    return m_defects->Records();
+}
+
+const _TESTING_DATA* CDlgProAtrrib::SelectedSection() const {
+    return m_sections->SelectedSection();
+}
+
+const _REC_DATA* CDlgProAtrrib::SelectedRecord() const {
+    return m_defects->SelectedRecord();
+}
+
+bool CDlgProAtrrib::SelectSection(std::int32_t id) {
+    return m_sections->SelectRowOf(id);
+}
+
+bool CDlgProAtrrib::SelectRecord(std::int32_t id) {
+    return m_defects->SelectRowOf(id);
+}
+
+void CDlgProAtrrib::LoadVideo(std::string_view pathText) {
+    m_player->Controls().Stop();
+    m_player->SetURL(pathText);
+    RememberPlace();
+}
+
+std::string CDlgProAtrrib::Video() const {
+    return m_player->URL();
+}
+
+double CDlgProAtrrib::Duration() const {
+    return m_player->Duration();
+}
+
+void CDlgProAtrrib::Seek(double seconds) {
+    m_player->Controls().SetCurrentPosition(seconds);
+}
+
+void CDlgProAtrrib::ShowPicture(std::string_view pathText) {
+    if (pathText.empty()) {
+        m_canvas->ClearPicture();
+    } else {
+        (void)m_canvas->ShowPicture(pathText);
+    }
+}
+
+void CDlgProAtrrib::ShowMarkers(const Markers& markers) {
+    if (markers.Flags.empty()) {
+        m_ruler->ClearMarkers();
+    } else {
+        m_ruler->UpdateMarkers(markers.Flags);
+    }
+}
+
+void CDlgProAtrrib::ShowState() {
+    const bool open = m_session.Database() != nullptr;
+    m_sections->SetEmptyText(MessageText(open ? MessageNoSections : MessageNoProject));
+    const int nothing = SelectedSection() == nullptr ? MessageChooseSection : MessageNoDefects;
+    m_defects->SetEmptyText(MessageText(open ? nothing : MessageNoProjectVideo));
+    const int noVideo = SelectedSection() == nullptr ? MessageChooseVideo : MessageNoVideo;
+    m_player->SetEmptyText(LoadMessage(open ? noVideo : MessageNoProjectVideo));
+    Item<QLineEdit>(IdProjectName)->setText(ToQt(m_session.ProjectName()));
+    Item<QLineEdit>(IdCriterionName)->setText(ToQt(m_session.CriterionName()));
+    UpdateTitle();
+    if (open && m_session.IsReadOnly()) {
+        m_sections->FixOrder();
+    }
+    ShowCommands();
+}
+
+void CDlgProAtrrib::StartTimer(Timer timer) {
+    SetTimer(static_cast<int>(timer), timer == Timer::Duration ? Poll : Deferral);
+}
+
+void CDlgProAtrrib::StopTimer(Timer timer) {
+    KillTimer(static_cast<int>(timer));
 }
 
 void CDlgProAtrrib::OnTimer(int id) {
-    switch (id) {
-        case TimerSection:
-            KillTimer(TimerSection);
-            OnSectionSelected();
-            break;
-        case TimerDefect:
-            KillTimer(TimerDefect);
-            OnDefectSelected();
-            break;
-        case TimerDuration:
-            OnDurationPoll();
-            break;
-        default:
-            break;
-    }
-}
-
-void CDlgProAtrrib::OnSectionSelected() {
-    m_defects->Clear();
-    const _TESTING_DATA* section = m_sections->SelectedSection();
-    ShowEmptyTexts();
-    if (section == nullptr) {
-        UnloadVideo();
-        m_canvas->ClearPicture();
-        return;
-    }
-    FillDefects(section->ID);
-    LoadSectionVideo(*section);
-}
-
-void CDlgProAtrrib::UnloadVideo() {
-    m_player->Controls().Stop();
-    m_markers = Markers();
-    m_ruler->ClearMarkers();
-    KillTimer(TimerDuration);
-    m_player->SetURL("");
-}
-
-void CDlgProAtrrib::LoadSectionVideo(const _TESTING_DATA& section) {
-    m_player->Controls().Stop();
-    m_player->SetURL(section.FirstVideo());
-    SetTimer(TimerDuration, Poll);
-}
-
-void CDlgProAtrrib::OnDefectSelected() {
-    const _REC_DATA* record = m_defects->SelectedRecord();
-    if (record == nullptr) {
-        m_canvas->ClearPicture();
-    } else {
-        SeekToDefect(*record);
-    }
-}
-
-void CDlgProAtrrib::SeekToDefect(const _REC_DATA& record) {
-    if (!EqualNoCase(record.Video, m_player->URL())) {
-        m_player->Controls().Stop();
-        m_player->SetURL(record.Video);
-        SetTimer(TimerDuration, Poll);
-    }
-    m_player->Controls().SetCurrentPosition(record.GetPicTime1());
-    (void)m_canvas->ShowPicture(record.GetPicture1());
-}
-
-void CDlgProAtrrib::OnDurationPoll() {
-    const std::string video = m_player->URL();
-    const double duration = video.empty() ? 0.0 : m_player->Duration();
-    if (duration == 0.0) {
-        return;
-    }
-    KillTimer(TimerDuration);
-    m_markers = BuildMarkers(m_defects->Records(), video, duration);
-    m_ruler->UpdateMarkers(m_markers.Flags);
+    m_session.OnTimer(static_cast<Timer>(id));
 }
 
 bool CDlgProAtrrib::OnControlMessage(int message, std::intptr_t wParam, std::intptr_t lParam) {
     switch (message) {
         case WM_RULER_CLICK:
-            OnRulerClick(wParam);
+            m_session.SelectAtSecond(wParam);
             return true;
         case WM_RULER_HOVER:
             return true;
         case WM_LIST_REORDERED:
-            Renumber();
+            Run(CommandRenumber);
             return true;
         default:
             return CSizeDlg::OnControlMessage(message, wParam, lParam);
     }
 }
 
-void CDlgProAtrrib::OnRulerClick(std::intptr_t second) {
-    if (second < 0 || static_cast<std::size_t>(second) >= m_markers.Rows.size()) {
-        return;
+void CDlgProAtrrib::OnSectionMenu(const QPoint& at) {
+    QMenu menu(this);
+    menu.setTitle("管道列表");
+    QAction* sort = menu.addAction(MessageText(MessageSortByWells));
+    sort->setEnabled(!m_session.IsReadOnly());
+    if (menu.exec(at) == sort) {
+        Run(CommandSortByWells);
     }
-    const auto row = static_cast<int>(m_markers.Rows[static_cast<std::size_t>(second)]);
-    // A row equal to the count passes, and selects nothing.
-    if (row <= m_defects->RowCount()) {
-        m_defects->SelectRow(row < m_defects->RowCount() ? row : -1);
-        SetTimer(TimerDefect, Deferral);
+}
+
+// The keys of the player work wherever no text is typed, so that the video obeys while the operator walks the
+// lists; Space stays with a button that has the focus.
+bool CDlgProAtrrib::TakeKey(const QWidget* focused, const QKeyEvent& event) {
+    switch (event.key()) {
+        case Qt::Key_Space:
+            return qobject_cast<const QAbstractButton*>(focused) == nullptr && m_player->TakeKey(event);
+        case Qt::Key_Left:
+        case Qt::Key_Right:
+        case Qt::Key_Home:
+        case Qt::Key_End:
+        case Qt::Key_Comma:
+        case Qt::Key_Period:
+        case Qt::Key_Plus:
+        case Qt::Key_Equal:
+        case Qt::Key_Minus:
+        case Qt::Key_M:
+        case Qt::Key_F:
+            return m_player->TakeKey(event);
+        case Qt::Key_Delete:
+            if (event.modifiers() == Qt::NoModifier && (focused == m_sections || focused == m_defects)) {
+                Run(focused == m_sections ? CommandDeleteSection : CommandDeleteDefect);
+                return true;
+            }
+            return false;
+        default:
+            return false;
     }
+}
+
+bool CDlgProAtrrib::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::KeyPress &&
+        TakeKey(static_cast<QWidget*>(watched), *static_cast<QKeyEvent*>(event))) {
+        return true;
+    }
+    return CSizeDlg::eventFilter(watched, event);
 }
 
 void CDlgProAtrrib::keyPressEvent(QKeyEvent* event) {
@@ -388,9 +500,7 @@ void CDlgProAtrrib::keyPressEvent(QKeyEvent* event) {
         OnCancel();
         return;
     }
-    // Lists leave these to the window, so that the video obeys while the operator walks the lists.
-    if ((event->key() == Qt::Key_Space || event->key() == Qt::Key_Comma || event->key() == Qt::Key_Period) &&
-        m_player->TakeKey(*event)) {
+    if (TakeKey(this, *event)) {
         return;
     }
     // The base would press a button on Enter.
@@ -400,8 +510,5 @@ void CDlgProAtrrib::keyPressEvent(QKeyEvent* event) {
 }
 
 void CDlgProAtrrib::OnCancel() {
-    if (AskOkCancel(2182)) {
-        m_player->Controls().Stop();
-        EndDialog(IdCancel);
-    }
+    Run(IdCancel);
 }

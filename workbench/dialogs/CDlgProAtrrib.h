@@ -1,43 +1,50 @@
 // The window in which an operator reviews a project: its sections, the video of the section selected, and
-// its defects. It owns the open project and keeps lists and player in step; each command is carried out by
-// whoever knows it.
-//
-// Time and distance are independent values of a defect: time comes from the player, distance is typed.
+// its defects. It shows a review session and gives it the operator's hands; the commands are rows of a table
+// (reviewcommands.h), which one dispatcher runs.
 #pragma once
 
-#include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "shell/dialogs/CSizeDlg.h"
-#include "store/records/records.h"
-#include "workbench/review.h"
+#include "workbench/CReviewScreen.h"
+#include "workbench/CReviewSession.h"
 
-class CButtonST;
 class CCtrlPic;
 class CDefectList;
 class CPointView;
-class CRecExport;
 class CTestingList;
 class CWMPPlayer4;
 class QSplitter;
+struct ReviewCommand;
 
-class CDlgProAtrrib : public CSizeDlg {
+class CDlgProAtrrib : public CSizeDlg, private CReviewScreen {
 public:
     // `projectPath` is opened when the window comes up; empty for none.
     explicit CDlgProAtrrib(std::string_view projectPath, QWidget* parent = nullptr);
     ~CDlgProAtrrib() override;
 
-    // False, with everything as it was, if the project can't be opened; the message has been shown.
+    // False, with everything as it was, if the project can't be opened; the message has been shown. The
+    // section on which its review stood last is selected.
     bool OpenProject(std::string_view path);
     // Reads the sections anew. The selection is lost; whoever wants it kept selects the row again at once.
-    void RefreshLists();
-    void FillDefects(std::int32_t sectionId);
+    void RefreshLists() { m_session.RefreshLists(); }
+    void FillDefects(std::int32_t sectionId) { m_session.FillDefects(sectionId); }
     void UpdateTitle();
 
-    const std::string& ProjectPath() const { return m_projectPath; }
-    const Markers& DefectMarkers() const { return m_markers; }
+    CReviewSession& Session() { return m_session; }
+    CTestingList& SectionList() { return *m_sections; }
+    CDefectList& DefectList() { return *m_defects; }
+    CWMPPlayer4& Player() { return *m_player; }
+    const std::string& ProjectPath() const { return m_session.ProjectPath(); }
+    const Markers& DefectMarkers() const { return m_session.DefectMarkers(); }
+
+    // Carries a command out, by its id: pending selections first, then what it needs and asks. Afterwards the
+    // lists are fresh, and the operator stands where he stood or on what was made, with the focus there.
+    void Run(int id);
+    void Close();
 
     bool OnControlMessage(int message, std::intptr_t wParam, std::intptr_t lParam) override;
 
@@ -46,12 +53,30 @@ protected:
     void OnOK() override {}  // Enter does nothing in this window
     void OnCancel() override;
     void OnTimer(int id) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
 private:
-    struct Command;
-    static const std::vector<Command>& Commands();
+    // As CReviewScreen.
+    void FillSections(CDbRec& database) override;
+    void FillDefects(CDbRec& database, std::int32_t sectionId) override;
+    void ClearDefects() override;
+    const CTestingDataArray& Sections() const override;
+    const CRecDataArray& Records() const override;
+    const _TESTING_DATA* SelectedSection() const override;
+    const _REC_DATA* SelectedRecord() const override;
+    bool SelectSection(std::int32_t id) override;
+    bool SelectRecord(std::int32_t id) override;
+    void LoadVideo(std::string_view pathText) override;
+    std::string Video() const override;
+    double Duration() const override;
+    void Seek(double seconds) override;
+    void ShowPicture(std::string_view pathText) override;
+    void ShowMarkers(const Markers& markers) override;
+    void ShowState() override;
+    void StartTimer(Timer timer) override;
+    void StopTimer(Timer timer) override;
 
     void MakeButtons();
     void MakeControls();
@@ -59,54 +84,19 @@ private:
     QWidget* MakeSectionPanel();
     QWidget* MakeReviewPanel();
     QWidget* MakeDefectPanel();
-    std::vector<QWidget*> Controls(const std::vector<int>& ids) const;
+    std::vector<QWidget*> Controls(std::span<const int> ids) const;
+    int ButtonWidth() const;
     void ChooseSize();
     void SplitReview();
-    void ShowEmptyTexts();
     void ShowSplash();
-
-    // Deferred reactions to a selection, so that a burst of changes is one action.
-    void OnSectionSelected();
-    void OnDefectSelected();
-    void OnDurationPoll();
-    void LoadSectionVideo(const _TESTING_DATA& section);
-    void UnloadVideo();
-    void SeekToDefect(const _REC_DATA& record);
-    void OnRulerClick(std::intptr_t second);
-    void ReselectSection(int row);
-
-    // Each shows its message and tells whether the command may go on.
-    bool NeedProject() const;
-    bool NeedSection() const;
-    bool NeedDefect() const;
-
-    void OnOpenProject();
-    void OnProjectProperties();
-    void OnImportXml();
-    void OnExportExcel();
-    void OnExportWord();
-    void OnSettings();
-    void OnAbout();
-    void OnNewSections();
-    void OnDeleteSection();
-    void OnSectionProperties();
-    void OnCalculateGps();
-    void OnNewDefect();
-    void OnNewManholeDefect();
-    void OnEditDefect();
-    void RefillDefects();
-    void OnDeleteDefect();
-    void OnSecondPicture();
-    void OnSortByWells();
+    void ShowCommands();
+    void RememberPlace() const;
+    bool TakeKey(const QWidget* focused, const QKeyEvent& event);
     void OnSectionMenu(const QPoint& at);
-    void Renumber();
 
-    std::unique_ptr<CRecExport> m_database;  // null without a project
-    std::string m_projectPath;
-    std::string m_projectName;
-    std::string m_criterionName;
+    CReviewSession m_session{*this};
     std::string m_firstProject;
-    Markers m_markers;
+    bool m_running = false;  // a command
 
     CTestingList* m_sections = nullptr;
     CDefectList* m_defects = nullptr;

@@ -1,0 +1,91 @@
+// The review window's commands on the project and the program.
+#include "fieldimport/acquisitionimport.h"
+#include "reports/CRecExport.h"
+#include "reports/dialogs/CDlgExport.h"
+#include "reports/excel/excelexport.h"
+#include "shell/CPrompts.h"
+#include "shell/dialogs/CDlgAbout.h"
+#include "shell/dialogs/CDlgSet.h"
+#include "shell/dialogs/CWaitCursor.h"
+#include "shell/language.h"
+#include "shell/seams.h"
+#include "store/catalogue.h"
+#include "store/dialogs/CDlgNewPro.h"
+#include "store/dialogs/CDlgProject.h"
+#include "workbench/dialogs/CDlgProAtrrib.h"
+#include "workbench/dialogs/reviewcommands.h"
+
+void OpenProjectCommand(CDlgProAtrrib& window) {
+    CDlgProject dialog(1, &window);
+    dialog.ExcludedPath = window.ProjectPath();
+    if (dialog.DoModal() == CSizeDlg::IdOk) {
+        const CWaitCursor wait;
+        (void)window.OpenProject(dialog.ChosenProject.ProjectPath);
+    }
+}
+
+void ProjectPropertiesCommand(CDlgProAtrrib& window) {
+    CRecExport& database = *window.Session().Database();
+    _PRO_DATA project;
+    if (!database.ReadAttrib(project)) {
+        return;
+    }
+    CDlgNewPro dialog(&window);
+    dialog.Edit(project);
+    do {
+        if (dialog.DoModal() != CSizeDlg::IdOk || dialog.ProjectName.empty() || dialog.CriterionIndex < 0) {
+            return;
+        }
+        project.ProjectName = dialog.ProjectName;
+        project.Comment = dialog.Comment;
+        project.ProjectIndex = dialog.ProjectIndex;
+        project.Location = dialog.Location;
+    } while (!database.WriteAttrib(project, false));
+    window.Session().SetNames(project.ProjectName, project.CriterionName);
+}
+
+void ImportXmlCommand(CDlgProAtrrib& window) {
+    const std::string path = Prompts().PickOpenFile(
+        LoadMessage(MessageImportXml), {{"XML File(*.xml)", {"*.xml"}}, {"All Files(*.*)", {"*.*"}}});
+    if (path.empty()) {
+        return;
+    }
+    if (IsSonarDescription(path)) {
+        ShowMessage(MessageSonarNotBuilt);
+        return;
+    }
+    const CWaitCursor wait;
+    // What is wrong with a description goes to nobody: a window has no standard output.
+    (void)ImportAcquisition(*window.Session().Database(), path, [](const std::string&) {});
+}
+
+void ExportExcelCommand(CDlgProAtrrib& window) {
+    std::string path;
+    {
+        const CWaitCursor wait;
+        path = ExportInspectionTable(*window.Session().Database());
+    }
+    if (!path.empty()) {
+        OpenInspectionTable(path);
+    }
+}
+
+void ExportWordCommand(CDlgProAtrrib& window) {
+    if (HasSonarData(window.ProjectPath())) {
+        ShowMessage(MessageNoSonarReport);
+    } else if (window.Session().Meets(ReviewNeed::Project)) {
+        (void)CDlgExport(*window.Session().Database(), &window).DoModal();
+    }
+}
+
+void SettingsCommand(CDlgProAtrrib& window) {
+    (void)CDlgSet(&window).DoModal();
+}
+
+void AboutCommand(CDlgProAtrrib& window) {
+    (void)CDlgAbout(&window).DoModal();
+}
+
+void CloseCommand(CDlgProAtrrib& window) {
+    window.Close();
+}

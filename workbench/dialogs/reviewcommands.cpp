@@ -1,0 +1,77 @@
+#include "workbench/dialogs/reviewcommands.h"
+
+#include <algorithm>
+#include <array>
+#include <stdexcept>
+
+namespace {
+
+using enum ReviewNeed;
+
+constexpr int Big = 32;
+constexpr int Small = 20;
+
+constexpr std::array<ReviewCommand, 22> Table = {{
+    // Id, needs, question, loses, changes, handler, looks
+    {1038, Nothing, 0, false, false, OpenProjectCommand, "打开工程", 950, "ui\\big\\open.bmp", Big, "Ctrl+O"},
+    {1024, Project, 0, false, false, ProjectPropertiesCommand, "工程属性", 951, "ui\\big\\attrib.bmp", Big,
+     "Ctrl+P"},
+    {1082, Project, 0, false, true, ImportXmlCommand, "导入XML", 952, "ui\\big\\xml.bmp", Big, "Ctrl+I"},
+    {1027, Project, 0, false, true, nullptr, "导入GPS", 953, "ui\\big\\gps.bmp", Big, "Ctrl+G"},
+    {1025, Project, 2188, false, false, ExportExcelCommand, "导出Excel", 954, "ui\\big\\excel.bmp", Big,
+     "Ctrl+E"},
+    {1026, Nothing, 0, false, false, ExportWordCommand, "导出Word", 955, "ui\\big\\word.bmp", Big, "Ctrl+R"},
+    {1018, Project, 0, false, false, nullptr, "地图", 956, "ui\\big\\map.bmp", Big, "Ctrl+M"},
+    {1019, Project, 0, false, false, nullptr, "Shp文件", 957, "ui\\big\\shp.bmp", Big, "Ctrl+H"},
+    {1081, Nothing, 0, false, false, SettingsCommand, "设置", 958, "ui\\big\\set.bmp", Big, "Ctrl+,"},
+    {1080, Nothing, 0, false, false, AboutCommand, "关于", 959, "ui\\big\\about.bmp", Big, "F1"},
+    {2, Nothing, 2182, true, false, CloseCommand, "退出", 960, "ui\\big\\exit.bmp", Big, "Ctrl+Q"},
+    {1021, Project, 0, false, true, NewSectionsCommand, "新建", 961, "ui\\small\\new.bmp", Small, "Ctrl+N"},
+    {CommandDeleteSection, Section, 2192, true, true, DeleteSectionCommand, "删除", 962, "ui\\small\\del.bmp",
+     Small, "Ctrl+Shift+D"},
+    {CommandSectionProperties, Section, 0, false, false, SectionPropertiesCommand, "属性", 963,
+     "ui\\small\\attrib.bmp", Small, "F3"},
+    {1079, Section, 2193, false, true, CalculateGpsCommand, "Gps", 964, "ui\\small\\calc.bmp", Small, "F4"},
+    {1035, Section, 0, false, true, NewDefectCommand, "添加", 965, "ui\\small\\new.bmp", Small, "F5"},
+    {1037, SectionSilently, 0, false, true, NewManholeDefectCommand, "检查井", 966, "ui\\small\\new.bmp",
+     Small, "F7"},
+    {CommandDeleteDefect, Defect, 2197, true, true, DeleteDefectCommand, "删除", 967, "ui\\small\\del.bmp",
+     Small, "Ctrl+D"},
+    {CommandEditDefect, Defect, 0, false, false, EditDefectCommand, "属性", 968, "ui\\small\\attrib.bmp",
+     Small, "F2"},
+    {1033, Defect, 0, false, true, SecondPictureCommand, "图片", 969, "ui\\small\\snap.bmp", Small, "F6"},
+    {CommandSortByWells, Nothing, 0, false, true, SortByWellsCommand, nullptr, 0, nullptr, 0, nullptr},
+    {CommandRenumber, Nothing, 0, false, true, RenumberCommand, nullptr, 0, nullptr, 0, nullptr},
+}};
+
+constexpr std::array Toolbar = {1038, 1024, ToolbarLine, 1082, 1027,           ToolbarLine, 1026, 1025,
+                                1019, 1018, ToolbarLine, 1081, ToolbarStretch, 1080,        2};
+constexpr std::array OfSections = {1021, CommandDeleteSection, CommandSectionProperties, 1079};
+constexpr std::array OfDefects = {1035, 1037, CommandDeleteDefect, CommandEditDefect, 1033};
+
+}  // namespace
+
+std::span<const ReviewCommand> ReviewCommands() {
+    return Table;
+}
+
+const ReviewCommand& CommandOf(int id) {
+    const auto found = std::find_if(Table.begin(), Table.end(),
+                                    [id](const ReviewCommand& command) { return command.Id == id; });
+    if (found == Table.end()) {
+        throw std::invalid_argument("no such command");
+    }
+    return *found;
+}
+
+std::span<const int> ToolbarOrder() {
+    return Toolbar;
+}
+
+std::span<const int> SectionButtons() {
+    return OfSections;
+}
+
+std::span<const int> DefectButtons() {
+    return OfDefects;
+}

@@ -1,0 +1,89 @@
+// The commands of the review window: each is a row of one table, and a function that carries it out.
+//
+// Whoever adds a command adds its row and its function. The window's dispatcher sees to what is around it:
+// pending selections, what the command needs, its question, and the place of the operator afterwards.
+#pragma once
+
+#include <span>
+
+#include "workbench/CReviewSession.h"
+
+class CDlgProAtrrib;
+
+struct ReviewCommand {
+    int Id;
+    ReviewNeed Needs;
+    int Question;                            // message that is asked first; 0: none
+    bool Loses;                              // Cancel is what Enter answers then
+    bool Changes;                            // the project: it can't be run where that is read-only
+    void (*Handler)(CDlgProAtrrib& window);  // null while the command isn't built
+
+    // How it looks; without a bitmap it has no button.
+    const char* Caption;   // where there is no language table
+    int Text;              // message of its text; the tip's is TipOffset more
+    const char* Bitmap;    // path text
+    int Size;              // pixels of the bitmap at 100 %
+    const char* Shortcut;  // portable key text
+};
+
+inline constexpr int TipOffset = 30;
+
+// In the order of the messages, which both language files share.
+std::span<const ReviewCommand> ReviewCommands();
+const ReviewCommand& CommandOf(int id);
+
+// The tool bar from left to right, and the buttons beside the lists from top to bottom.
+inline constexpr int ToolbarLine = -1;
+inline constexpr int ToolbarStretch = -2;
+std::span<const int> ToolbarOrder();
+std::span<const int> SectionButtons();
+std::span<const int> DefectButtons();
+
+inline constexpr int CommandDeleteSection = 1023;
+inline constexpr int CommandSectionProperties = 1028;
+inline constexpr int CommandEditDefect = 1029;
+inline constexpr int CommandDeleteDefect = 1030;
+inline constexpr int CommandSortByWells = 32782;
+inline constexpr int CommandRenumber = 0x8D2;  // rows were dragged
+
+// Of the project.
+void OpenProjectCommand(CDlgProAtrrib& window);
+void ProjectPropertiesCommand(CDlgProAtrrib& window);
+void ImportXmlCommand(CDlgProAtrrib& window);
+void ExportExcelCommand(CDlgProAtrrib& window);
+void ExportWordCommand(CDlgProAtrrib& window);
+void SettingsCommand(CDlgProAtrrib& window);
+void AboutCommand(CDlgProAtrrib& window);
+void CloseCommand(CDlgProAtrrib& window);
+// Of sections.
+void NewSectionsCommand(CDlgProAtrrib& window);
+void DeleteSectionCommand(CDlgProAtrrib& window);
+void SectionPropertiesCommand(CDlgProAtrrib& window);
+void CalculateGpsCommand(CDlgProAtrrib& window);
+void SortByWellsCommand(CDlgProAtrrib& window);
+void RenumberCommand(CDlgProAtrrib& window);
+// Of defects.
+void NewDefectCommand(CDlgProAtrrib& window);
+void NewManholeDefectCommand(CDlgProAtrrib& window);
+void DeleteDefectCommand(CDlgProAtrrib& window);
+void EditDefectCommand(CDlgProAtrrib& window);
+void SecondPictureCommand(CDlgProAtrrib& window);
+
+// The window's own texts.
+inline constexpr int MessageNoProject = 3050;
+inline constexpr int MessageNoSections = 3051;
+inline constexpr int MessageChooseSection = 3052;
+inline constexpr int MessageNoDefects = 3053;
+inline constexpr int MessageNoProjectVideo = 3054;
+inline constexpr int MessageChooseVideo = 3055;
+inline constexpr int MessageNotBuilt = 3056;
+inline constexpr int MessageImportXml = 3057;
+inline constexpr int MessageCopying = 3058;
+inline constexpr int MessageSortByWells = 3059;
+inline constexpr int MessageNoVideo = 3082;
+inline constexpr int MessageSonarNotBuilt = 3083;
+inline constexpr int MessageNoSonarReport = 3230;
+inline constexpr int MessageSectionList = 3080;
+inline constexpr int MessageDefectList = 3081;
+inline constexpr int MessageReadOnlyTitle = 3333;
+inline constexpr int MessageReadOnlyTip = 3334;
