@@ -12,6 +12,7 @@
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
 class CFolderCache {
 public:
@@ -51,6 +52,13 @@ public:
 
     void EnterScope();
     void LeaveScope() { --m_scopeDepth; }
+    // While the operator is asked in the midst of a scope: others look for themselves, and afterwards all is
+    // looked at anew.
+    int PauseScope() { return std::exchange(m_scopeDepth, 0); }
+    void ResumeScope(int depth) {
+        m_scopeDepth = depth;
+        ++m_scope;
+    }
     bool InScope() const { return m_scopeDepth > 0; }
     // Whether the folder was looked at in this scope, so that it needn't be again.
     bool IsSeen(const Folder& folder) const { return InScope() && folder.m_scope == m_scope; }

@@ -1,24 +1,22 @@
 #include "shell/CHostFiles.h"
 
 #include <fcntl.h>
-#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
 
+#include "shell/CFileMirror.h"
 #include "shell/CProgress.h"
 #include "shell/CUnixFile.h"
+#include "shell/hostnames.h"
+#include "shell/sweeptwins.h"
 #include "shell/textcodec.h"
 
 namespace fs = std::filesystem;
 
 namespace {
-
-// Where a copy remembers its source, so that the next run needn't copy again. A file system without
-// extended attributes costs one more copy a run.
-constexpr const char* SourceAttribute = "user.drovane.source";
 
 bool IsSeparator(char c) {
     return c == '\\' || c == '/';
@@ -26,23 +24,6 @@ bool IsSeparator(char c) {
 
 bool HasDrive(std::string_view path) {
     return path.size() >= 2 && std::isalpha(static_cast<unsigned char>(path[0])) && path[1] == ':';
-}
-
-bool SameTime(const timespec& a, const timespec& b) {
-    return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
-}
-
-std::string ParentOf(const std::string& hostPath) {
-    const std::size_t slash = hostPath.rfind('/');
-    return slash == std::string::npos ? "." : hostPath.substr(0, std::max<std::size_t>(slash, 1));
-}
-
-std::string Join(const std::string& folder, const std::string& name) {
-    return folder.ends_with('/') ? folder + name : folder + '/' + name;
-}
-
-std::string NameOf(const std::string& hostPath) {
-    return hostPath.substr(hostPath.rfind('/') + 1);
 }
 
 // Tells the cache of folders what the program is doing to one of them.
@@ -75,15 +56,19 @@ int RefusalOf(const std::string& target, const struct stat& former, CHostFiles::
     return access(target.c_str(), W_OK) == 0 ? 0 : errno;
 }
 
-std::string ReadSource(const std::string& file) {
-    char buffer[4096];
-    const ssize_t length = getxattr(file.c_str(), SourceAttribute, buffer, sizeof buffer);
-    return length < 0 ? std::string() : std::string(buffer, static_cast<std::size_t>(length));
+// Where what is written to a name ends up: links are followed.
+std::string Followed(const std::string& hostPath) {
+    std::error_code error;
+    const fs::path real = fs::canonical(hostPath, error);
+    return error ? hostPath : real.string();
 }
 
 }  // namespace
 
-CHostFiles::CHostFiles(fs::path appFolder) : m_appFolder(std::move(appFolder)) {}
+CHostFiles::CHostFiles(fs::path appFolder)
+    : m_appFolder(std::move(appFolder)), m_mirror(std::make_unique<CFileMirror>(*this)) {}
+
+CHostFiles::~CHostFiles() = default;
 
 fs::path CHostFiles::DriveFolder(char letter) const {
     return m_appFolder / "drives" / std::string(1, static_cast<char>(std::tolower(letter)));
@@ -202,20 +187,23 @@ bool CHostFiles::WriteFile(std::string_view path, std::string_view bytes, Existi
 bool CHostFiles::WriteFile(std::string_view path, const std::function<bool(const CUnixFile&)>& write,
                            Existing existing) {
     MakeDrive(path);
-    std::string target = HostPath(path);
-    std::error_code error;
-    const fs::path real = fs::canonical(target, error);
-    if (!error) {
-        target = real.string();
-    }
+    const std::string target = Followed(HostPath(path));
     struct stat former {};
     const bool replaces = stat(target.c_str(), &former) == 0;
     if (const int refusal = replaces ? RefusalOf(target, former, existing) : 0; refusal != 0) {
         return Refused(refusal);
     }
     const CCreation creation(m_folders, target);
+    Sweep(target);
     CTemporaryTwin twin(target, replaces ? former.st_mode & 07777 : DefaultMode());
     return Done(twin.File().IsOpen() && write(twin.File()) && twin.TakePlace(true, existing));
+}
+
+// Once a folder: what processes that were killed have left there.
+void CHostFiles::Sweep(const std::string& target) {
+    if (const std::string folder = ParentOf(target); m_swept.insert(folder).second) {
+        SweepTwins(folder);
+    }
 }
 
 bool CHostFiles::CopyFile(std::string_view from, std::string_view to, Existing existing) {
@@ -249,89 +237,13 @@ bool CHostFiles::CopyFile(std::string_view from, std::string_view to, Existing e
 
 bool CHostFiles::CopyBytes(const std::string& from, const std::string& to, const struct stat& source,
                            bool flush, Existing existing, CProgress& progress) {
-    const CCreation creation(m_folders, to);
+    const std::string target = Followed(to);
+    const CCreation creation(m_folders, target);
+    Sweep(target);
     CUnixFile in(from, O_RDONLY);
-    CTemporaryTwin twin(to, DefaultMode());
+    CTemporaryTwin twin(target, DefaultMode());
     return Done(in.IsOpen() && twin.File().IsOpen() && twin.CopyFrom(in, progress) &&
                 twin.SetTime(source.st_mtim) && twin.TakePlace(flush, existing));
-}
-
-CHostFiles::Mirror& CHostFiles::ResolveMirror(std::string_view from, std::string_view to) {
-    using Trust = CFolderCache::Trust;
-    const auto known = m_mirrors.find(from);
-    Mirror& mirror = known != m_mirrors.end() ? known->second : m_mirrors[std::string(from)];
-    if (mirror.To == to) {
-        if (!m_folders.IsSeen(*mirror.SourceFolder)) {
-            (void)m_folders.Look(mirror.SourceParent);
-        }
-        if (!m_folders.IsSeen(*mirror.TargetFolder)) {
-            (void)m_folders.Look(mirror.TargetParent, Trust::OwnFolder);
-        }
-        if (mirror.SourceFolder->Stamp == mirror.SourceStamp &&
-            mirror.TargetFolder->Stamp == mirror.TargetStamp) {
-            return mirror;
-        }
-    }
-    mirror.To = to;
-    const std::string source = Unresolved(from);
-    const std::string target = Unresolved(to);
-    mirror.SourceParent = ParentOf(source);
-    mirror.TargetParent = ParentOf(target);
-    mirror.SourceFolder = &m_folders.Look(mirror.SourceParent);
-    mirror.TargetFolder = &m_folders.Look(mirror.TargetParent, Trust::OwnFolder);
-    const auto resolve = [&](CFolderCache::Folder& folder, const std::string& name) {
-        const std::string match = m_folders.Match(folder, name);
-        return Join(folder.Host, match.empty() ? name : match);
-    };
-    mirror.Source = resolve(*mirror.SourceFolder, NameOf(source));
-    mirror.Target = resolve(*mirror.TargetFolder, NameOf(target));
-    mirror.Holds = false;
-    mirror.SourceStamp = mirror.SourceFolder->Stamp;
-    mirror.TargetStamp = mirror.TargetFolder->Stamp;
-    return mirror;
-}
-
-bool CHostFiles::MirrorFile(std::string_view from, std::string_view to) {
-    Mirror& mirror = ResolveMirror(from, to);
-    const std::string& source = mirror.Source;
-    const std::string& target = mirror.Target;
-    struct stat sourceState {};
-    if (stat(source.c_str(), &sourceState) != 0 || !S_ISREG(sourceState.st_mode)) {
-        return false;
-    }
-    if (mirror.Holds && mirror.Size == sourceState.st_size && SameTime(mirror.Time, sourceState.st_mtim)) {
-        return true;
-    }
-    mirror.Size = sourceState.st_size;
-    mirror.Time = sourceState.st_mtim;
-    struct stat targetState {};
-    if (stat(target.c_str(), &targetState) == 0) {
-        const bool same =
-            sourceState.st_ino == targetState.st_ino && sourceState.st_dev == targetState.st_dev;
-        if (same || !S_ISREG(targetState.st_mode)) {
-            return false;
-        }
-        auto remembered = m_mirrored.find(target);
-        if (remembered == m_mirrored.end()) {
-            remembered = m_mirrored.emplace(target, ReadSource(target)).first;
-        }
-        if (sourceState.st_size == targetState.st_size &&
-            SameTime(sourceState.st_mtim, targetState.st_mtim) && remembered->second == source) {
-            mirror.Holds = true;
-            return true;
-        }
-    } else {
-        std::error_code error;
-        fs::create_directories(ParentOf(target), error);
-    }
-    CProgress silent;
-    if (!CopyBytes(source, target, sourceState, false, Existing::Replace, silent)) {
-        m_mirrored.erase(target);
-        return false;
-    }
-    (void)setxattr(target.c_str(), SourceAttribute, source.data(), source.size(), 0);
-    m_mirrored.insert_or_assign(target, source);
-    return true;
 }
 
 bool CHostFiles::DeleteFile(std::string_view path) {

@@ -19,15 +19,17 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "shell/CFolderCache.h"
 #include "shell/CTemporaryTwin.h"
 
+class CFileMirror;
 class CProgress;
 
 class CHostFiles {
@@ -36,6 +38,9 @@ public:
 
     // The program folder, as a path of this machine; `drives` lies in it.
     explicit CHostFiles(std::filesystem::path appFolder);
+    ~CHostFiles();
+    CHostFiles(const CHostFiles&) = delete;
+    CHostFiles& operator=(const CHostFiles&) = delete;
 
     // Where the file lies, or where it would be created. Never fails: what doesn't exist keeps its name.
     std::string HostPath(std::string_view path) const;
@@ -64,10 +69,8 @@ public:
     bool CopyFile(std::string_view from, std::string_view to, Existing existing);
     // The same for large files: `progress` is told bytes, and can stop the copy.
     bool CopyFile(std::string_view from, std::string_view to, Existing existing, CProgress& progress);
-    // Makes `to` a copy of `from` if it isn't one yet. A copy takes over the modification time and
-    // remembers its source, so that looking again whether it still holds costs one look at the source.
-    // `to` lies in a folder of the program's own.
-    bool MirrorFile(std::string_view from, std::string_view to);
+    // Copies that follow their sources.
+    CFileMirror& Mirror() { return *m_mirror; }
     bool DeleteFile(std::string_view path);
     // Within one file system; what has the name already stays, and makes it fail.
     bool MoveFile(std::string_view from, std::string_view to);
@@ -77,6 +80,8 @@ public:
     bool SetCurrentFolder(std::string_view path) const;
     // Why the last file that could not be written, copied or deleted wasn't: one of errno, for FailureText.
     int LastError() const { return m_lastError; }
+    // While the operator is asked, in the midst of a CLookOnce, files may change.
+    CFolderCache& Folders() { return m_folders; }
     // After changes of folders that didn't go through here.
     void ForgetFolders() { m_folders.Forget(); }
 
@@ -94,42 +99,20 @@ public:
     };
 
 private:
-    // Where a file resolves to, as long as neither folder changes.
-    struct Mirror {
-        std::string To;  // the copy's path text
-        CFolderCache::Folder* SourceFolder = nullptr;
-        CFolderCache::Folder* TargetFolder = nullptr;
-        std::uint64_t SourceStamp = 0;
-        std::uint64_t TargetStamp = 0;
-        std::string SourceParent;  // as written
-        std::string TargetParent;
-        std::string Source;
-        std::string Target;
-        // What the copy was made from, once it has been seen to hold; it stays so until the folder changes.
-        bool Holds = false;
-        off_t Size = 0;
-        timespec Time{};
-    };
+    friend class CFileMirror;
 
     // A drive comes into being when it is first written to.
     void MakeDrive(std::string_view path) const;
-    // Looks up without making a string of the key.
-    struct TextHash {
-        using is_transparent = void;
-        std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
-    };
-
     bool Done(bool done);
     bool Refused(int error);
     std::string Unresolved(std::string_view path) const;
-    Mirror& ResolveMirror(std::string_view from, std::string_view to);
+    void Sweep(const std::string& target);
     bool CopyBytes(const std::string& from, const std::string& to, const struct stat& source, bool flush,
                    Existing existing, CProgress& progress);
 
     std::filesystem::path m_appFolder;
     int m_lastError = 0;
     mutable CFolderCache m_folders;
-    // By source path text.
-    std::unordered_map<std::string, Mirror, TextHash, std::equal_to<>> m_mirrors;
-    std::unordered_map<std::string, std::string> m_mirrored;  // copy to source, host paths
+    std::unordered_set<std::string> m_swept;  // folders
+    std::unique_ptr<CFileMirror> m_mirror;
 };

@@ -1,17 +1,37 @@
 #include "shell/CPrompts.h"
 
+#include "shell/CHostFiles.h"
 #include "shell/language.h"
 #include "shell/seams.h"
 
+namespace {
+
+// Files may change while a box waits for the operator.
+class CAnsweredLater {
+public:
+    CAnsweredLater() : m_depth(HostFiles().Folders().PauseScope()) {}
+    ~CAnsweredLater() { HostFiles().Folders().ResumeScope(m_depth); }
+    CAnsweredLater(const CAnsweredLater&) = delete;
+    CAnsweredLater& operator=(const CAnsweredLater&) = delete;
+
+private:
+    int m_depth;
+};
+
+}  // namespace
+
 void ShowMessage(int number, std::string_view appended) {
+    const CAnsweredLater later;
     Prompts().ShowMessage(number, LoadMessage(number).append(appended));
 }
 
 bool AskBeforeLoss(int number) {
+    const CAnsweredLater later;
     return Prompts().AskBeforeLoss(number, LoadMessage(number));
 }
 
 bool AskOkCancel(int number) {
+    const CAnsweredLater later;
     return Prompts().AskOkCancel(number, LoadMessage(number));
 }
 

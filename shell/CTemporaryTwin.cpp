@@ -1,11 +1,13 @@
 #include "shell/CTemporaryTwin.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <random>
 #include <vector>
 
 #include "shell/CProgress.h"
@@ -19,11 +21,27 @@ std::string TwinPattern(const std::string& target) {
     return target.substr(0, target.rfind('/') + 1) + ".drovane-XXXXXX";
 }
 
+std::string LinkOf(const CUnixFile& file) {
+    return "/proc/self/fd/" + std::to_string(file.Descriptor());
+}
+
+// Nothing is left of a file without a name, whatever becomes of the process. Not every file system has them.
+int OpenUnnamed(const std::string& target) {
+    const std::size_t slash = target.rfind('/');
+    const std::string folder = slash == std::string::npos ? "." : target.substr(0, slash + 1);
+    return open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+}
+
 }  // namespace
 
 CTemporaryTwin::CTemporaryTwin(const std::string& target, mode_t mode)
-    : m_target(target), m_name(TwinPattern(target)), m_file(mkostemp(m_name.data(), O_CLOEXEC)) {
-    if (m_file.IsOpen() && fchmod(m_file.Descriptor(), mode) != 0) {
+    : m_target(target), m_file(OpenUnnamed(target)) {
+    if (!m_file.IsOpen() || access(LinkOf(m_file).c_str(), F_OK) != 0) {
+        m_name = TwinPattern(target);
+        m_file.Take(mkostemp(m_name.data(), O_CLOEXEC));
+    }
+    if (m_file.IsOpen() &&
+        (flock(m_file.Descriptor(), LOCK_EX | LOCK_NB) != 0 || fchmod(m_file.Descriptor(), mode) != 0)) {
         Discard();
     }
 }
@@ -35,8 +53,34 @@ CTemporaryTwin::~CTemporaryTwin() {
 void CTemporaryTwin::Discard() {
     if (m_file.IsOpen()) {
         m_file.Close();
-        unlink(m_name.c_str());
+        if (!m_name.empty()) {
+            unlink(m_name.c_str());
+        }
     }
+}
+
+// A name to rename from, which is all that can replace a file in one step.
+bool CTemporaryTwin::GiveName() {
+    if (!m_name.empty()) {
+        return true;
+    }
+    const std::string source = LinkOf(m_file);
+    std::random_device random;
+    constexpr int Tries = 100;
+    for (int i = 0; i < Tries; ++i) {
+        std::string name = TwinPattern(m_target);
+        for (auto at = name.end() - 6; at != name.end(); ++at) {
+            *at = "0123456789abcdefghijklmnopqrstuvwxyz"[random() % 36];
+        }
+        if (linkat(AT_FDCWD, source.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0) {
+            m_name = name;
+            return true;
+        }
+        if (errno != EEXIST) {
+            return false;
+        }
+    }
+    return false;
 }
 
 bool CTemporaryTwin::Write(std::string_view bytes) {
@@ -95,7 +139,7 @@ bool CTemporaryTwin::Rename(const std::string& from, const std::string& to, Exis
 }
 
 bool CTemporaryTwin::TakePlace(bool flush, Existing existing) {
-    if (!m_file.IsOpen() || (flush && fsync(m_file.Descriptor()) != 0) ||
+    if (!m_file.IsOpen() || (flush && fsync(m_file.Descriptor()) != 0) || !GiveName() ||
         !Rename(m_name, m_target, existing)) {
         return false;
     }

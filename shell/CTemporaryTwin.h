@@ -1,5 +1,6 @@
 // How a file of the user is replaced: its new version grows beside it under a name of its own and takes
-// the place only when it is complete, so that a crash leaves either the old file or the new one.
+// the place only when it is complete, so that a crash leaves either the old file or the new one. Where the
+// file system can, it has no name until then, and a killed process leaves nothing.
 #pragma once
 
 #include <string>
@@ -32,8 +33,9 @@ public:
 
 private:
     void Discard();
+    bool GiveName();
 
     std::string m_target;
-    std::string m_name;
+    std::string m_name;  // empty while it has none
     CUnixFile m_file;
 };

@@ -53,3 +53,8 @@ bool CUnixFile::Close() {
     m_descriptor = -1;
     return closed;
 }
+
+void CUnixFile::Take(int descriptor) {
+    (void)Close();
+    m_descriptor = descriptor;
+}

@@ -17,6 +17,7 @@ public:
     CUnixFile(const CUnixFile&) = delete;
     CUnixFile& operator=(const CUnixFile&) = delete;
 
+    void Take(int descriptor);  // closes what was open
     bool IsOpen() const { return m_descriptor >= 0; }
     int Descriptor() const { return m_descriptor; }
     bool State(struct stat& state) const;

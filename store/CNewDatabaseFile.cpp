@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <filesystem>
 
+#include "shell/sweeptwins.h"
 #include "store/CDbError.h"
 
 namespace {
@@ -62,6 +63,7 @@ CNewDatabaseFile::CLock::~CLock() {
 
 CNewDatabaseFile::CNewDatabaseFile(const std::string& target)
     : m_target(target), m_name(NameBeside(target) + ".new"), m_lock(NameBeside(target) + ".lock") {
+    SweepTwins(fs::path(m_target).parent_path().string());
     Discard();  // what a process left that was cut off
 }
 

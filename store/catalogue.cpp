@@ -243,6 +243,31 @@ std::string CreateProject(const ProjectProperties& properties, int criterionInde
     return path;
 }
 
+DatabaseKind KindOfDatabase(std::string_view path) {
+    if (!HostFiles().Exists(path)) {
+        return DatabaseKind::None;
+    }
+    if (COpenFile::IsHeld(HostFiles().HostPath(path))) {
+        return DatabaseKind::InUse;
+    }
+    CSilentPrompts silent;
+    const CSeamScope scope({.Prompts = &silent});
+    _PRO_DATA project;
+    if (OldFiles().IsOld(path)) {
+        return ReadListed(path, CDbPassword, project, nullptr) && project.ProjectName.empty()
+                   ? DatabaseKind::Standard
+                   : DatabaseKind::Project;
+    }
+    CDbRec database;
+    CTestingDataArray sections;
+    if (database.OpenDatabase(path, CDbPassword, CDbBase::Access::Shared)) {
+        const bool standard = database.ReadAttrib(project) && project.ProjectName.empty() &&
+                              database.ReadTestings(sections) && sections.GetSize() == 0;
+        return standard ? DatabaseKind::Standard : DatabaseKind::Project;
+    }
+    return EqualNoCase(GetFileExtension(path), "mdb") ? DatabaseKind::Unreadable : DatabaseKind::None;
+}
+
 bool WriteNewAttrib(std::string_view path, const ProjectProperties& properties,
                     std::string_view standardIndex) {
     _PRO_DATA attributes;

@@ -52,6 +52,17 @@ bool CanSaveProject(const ProjectProperties& properties, int criterionIndex,
 std::string CreateProject(const ProjectProperties& properties, int criterionIndex,
                           const CCriterionDataArray& criteria);
 
+// What lies at a path, for whoever is about to replace it.
+enum class DatabaseKind {
+    None,      // nothing, or a file of another kind
+    Standard,  // without a project's name and sections
+    Project,
+    Unreadable,  // by its name a database, but it can't be read
+    InUse        // another process, or this one, has it open
+};
+// Shows nothing and changes nothing.
+DatabaseKind KindOfDatabase(std::string_view path);
+
 // Always moves the creation time to now.
 bool WriteNewAttrib(std::string_view path, const ProjectProperties& properties,
                     std::string_view standardIndex);

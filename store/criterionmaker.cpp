@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdio>
 #include <limits>
+#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <stdexcept>
@@ -129,7 +130,9 @@ Criterion ParseCriterion(std::string_view text) {
 
 void WriteCriterionFile(const Criterion& criterion, const std::string& hostPath) {
     try {
-        CNewDatabaseFile file(hostPath);
+        std::error_code error;  // of a file that isn't there yet
+        const std::filesystem::path real = std::filesystem::canonical(hostPath, error);  // links are followed
+        CNewDatabaseFile file(error ? hostPath : real.string());
         CDbBase database;
         database.Create(file.Name(), CDbPassword);
         CDbBatch batch(database);

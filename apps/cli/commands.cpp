@@ -8,6 +8,7 @@
 #include "shell/programfolder.h"
 #include "shell/seams.h"
 #include "store/CDbRec.h"
+#include "store/catalogue.h"
 
 namespace {
 
@@ -20,13 +21,39 @@ std::string PathArgument(const CommandContext& context, const std::string& argum
 }
 
 std::string TargetArgument(const CommandContext& context, const std::string& argument,
-                           const std::string& projectArgument) {
-    std::error_code error;  // of a target that isn't there yet
-    if (std::filesystem::equivalent(HostArgument(context, argument), HostArgument(context, projectArgument),
-                                    error)) {
-        throw CUsageError("the result can't take the project's place");
+                           const std::vector<std::string>& sources, bool overStandards) {
+    namespace fs = std::filesystem;
+    const std::string path = PathArgument(context, argument);
+    const fs::path target = HostArgument(context, argument);
+    std::error_code error;
+    const fs::file_status state = fs::status(target, error);
+    if (!fs::exists(state)) {
+        return path;
     }
-    return PathArgument(context, argument);
+    if (!fs::is_regular_file(state)) {
+        throw CUsageError(argument + " isn't a file that can be replaced");
+    }
+    for (const std::string& source : sources) {
+        if (fs::equivalent(target, HostArgument(context, source), error)) {
+            throw CUsageError("the result can't take the place of " + source);
+        }
+    }
+    switch (KindOfDatabase(path)) {
+        case DatabaseKind::Project:
+            throw CUsageError(argument + " is a project; delete it first if it isn't wanted any more");
+        case DatabaseKind::Unreadable:
+            throw CUsageError(argument + " is a database that can't be read, perhaps a project");
+        case DatabaseKind::InUse:
+            throw CUsageError(argument + " is in use");
+        case DatabaseKind::Standard:
+            if (!overStandards) {
+                throw CUsageError(argument + " is a standard");
+            }
+            break;
+        case DatabaseKind::None:
+            break;
+    }
+    return path;
 }
 
 std::string HostArgument(const CommandContext& context, const std::string& argument) {

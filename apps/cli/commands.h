@@ -56,10 +56,11 @@ int RunExportWord(const CommandContext& context);
 
 // An absolute path text from an argument: "/a/b", "a/b", "\a\b" and "D:\a" are all taken.
 std::string PathArgument(const CommandContext& context, const std::string& argument);
-// The same for a file to be written, which the open project's may not be by whatever name: throws
-// CUsageError.
+// The same for a file to be written. Throws CUsageError where it would replace a project, one of the
+// command's `sources` (arguments too) by whatever name, a folder, a device or a pipe. `overStandards`: a
+// standard may be replaced.
 std::string TargetArgument(const CommandContext& context, const std::string& argument,
-                           const std::string& projectArgument);
+                           const std::vector<std::string>& sources, bool overStandards = false);
 // The same as a path of this machine.
 std::string HostArgument(const CommandContext& context, const std::string& argument);
 // A path of the program's own, as it is shown to the user of a shell.

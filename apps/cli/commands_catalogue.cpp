@@ -148,7 +148,8 @@ int RunMakeStandard(const CommandContext& context) {
     const CArguments arguments(context.Words, {"-o"}, {});
     arguments.ExpectPlaces(1, 1);
     const std::string& source = arguments.Places()[0];
-    const std::string target = HostArgument(context, arguments.Require("-o"));
+    const std::string target =
+        HostFiles().HostPath(TargetArgument(context, arguments.Require("-o"), {source}, true));
     try {
         WriteCriterionFile(ParseCriterion(ReadInput(PathArgument(context, source), source)), target);
     } catch (const CUsageError&) {

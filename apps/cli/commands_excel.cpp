@@ -11,7 +11,7 @@ int RunExportExcel(const CommandContext& context) {
     arguments.ExpectPlaces(1, 1);
     const std::string& project = arguments.Places().front();
     const auto file = arguments.Get("-o");
-    const std::string target = file ? TargetArgument(context, *file, project) : std::string();
+    const std::string target = file ? TargetArgument(context, *file, {project}) : std::string();
     CDbRec database;
     OpenProject(database, context, project);
     if (file) {

@@ -24,7 +24,7 @@ int RunGrab(const CommandContext& context) {
     const std::string& video = arguments.Places()[0];
     const double seconds = ParsePosition(arguments.Places()[1]);
     const std::string picture = arguments.Require("-o");
-    switch (TryGrabFrame(PathArgument(context, video), seconds, PathArgument(context, picture))) {
+    switch (TryGrabFrame(PathArgument(context, video), seconds, TargetArgument(context, picture, {video}))) {
         case GrabResult::Done:
             return 0;
         case GrabResult::NoFile:

@@ -21,7 +21,7 @@ void Begin(const CommandContext& context, ReportJob& job) {
     const CArguments arguments(context.Words, {"--k", "--t", "--sections", "-o"}, {});
     arguments.ExpectPlaces(1, 1);
     const std::string& project = arguments.Places().front();
-    job.Target = TargetArgument(context, arguments.Require("-o"), project);
+    job.Target = TargetArgument(context, arguments.Require("-o"), {project});
     OpenProject(job.Project, context, project);
     job.Choice = ChooseAssessment(context, arguments, job.Project, 2158);
 }

@@ -1,5 +1,6 @@
 // The command line, run in this process against real files.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -8,6 +9,8 @@
 #include <sstream>
 
 #include "apps/cli/cli.h"
+#include "shell/CHostFiles.h"
+#include "store/CDbRec.h"
 #include "tests/support/CTestFolder.h"
 
 namespace {
@@ -274,6 +277,38 @@ TEST_F(Cli, ShowsAndWritesSettings) {
     EXPECT_EQ(Run({"settings", "--language", "Klingon"}), 1);
     EXPECT_EQ(Run({"settings", "--gps-port", "-1"}), 2);
     EXPECT_EQ(Run({"settings", "--drive", "e=/no/such"}), 1);
+}
+
+TEST_F(Cli, NoCommandReplacesAProjectASourceOrADevice) {
+    const std::string project = NewProject();
+    const std::string other = NewProject();
+    const std::string standard = m_folder.Host("db/Criterion/GB.mdb").string();
+    const std::string source = m_folder.Host("s.json").string();
+    m_folder.WriteFile("s.json", R"({"criterionName":"x","defects":[]})");
+    const std::string content = ReadHostFile(other);
+    const std::string folder = m_folder.Host("db").string();
+    std::filesystem::create_symlink(other, m_folder.Host("link.mdb"));
+    ASSERT_EQ(mkfifo(m_folder.Host("pipe").c_str(), 0600), 0);
+    const std::string link = m_folder.Host("link.mdb").string();
+    const std::string pipe = m_folder.Host("pipe").string();
+    for (const std::string& target : {other, link, pipe, folder, std::string("/dev/null")}) {
+        EXPECT_EQ(Run({"make-standard", source, "-o", target}), 2) << target;
+        EXPECT_EQ(Run({"dataset", project, "-o", target}), 2) << target;
+        EXPECT_EQ(Run({"export-excel", project, "-o", target}), 2) << target;
+        EXPECT_EQ(Run({"export-word", project, "-o", target}), 2) << target;
+        EXPECT_EQ(Run({"grab", source, "0", "-o", target}), 2) << target;
+    }
+    EXPECT_EQ(Run({"make-standard", source, "-o", source}), 2);
+    EXPECT_EQ(Run({"grab", source, "0", "-o", source}), 2);
+    EXPECT_EQ(Run({"dataset", project, "-o", standard}), 2);
+    EXPECT_EQ(Run({"dataset", project, "-o", project}), 2);
+    {
+        CDbRec open;
+        ASSERT_TRUE(open.OpenDatabase(CHostFiles::PathText(other).value(), CDbPassword));
+        EXPECT_EQ(Run({"make-standard", source, "-o", other}), 2);
+    }
+    EXPECT_TRUE(ReadHostFile(other) == content);
+    EXPECT_EQ(Run({"make-standard", source, "-o", standard}), 0) << Err();  // a standard may become another
 }
 
 TEST_F(Cli, GrabWritesAPictureOrSaysWhyNot) {

@@ -1,4 +1,6 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 
 #include <chrono>
@@ -6,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "shell/CFileMirror.h"
 #include "shell/CHostFiles.h"
 #include "shell/seams.h"
 #include "shell/textcodec.h"
@@ -55,7 +58,7 @@ TEST_F(HostFile, NoSecondTwinIsMade) {
     EXPECT_TRUE(m_files.MakeFolder(m_folder.Path("jOB/sUB/Deep")));
     EXPECT_TRUE(m_files.CopyFile(m_folder.Path("job/sub/a.txt"), m_folder.Path("job/SUB/deep/B.txt"),
                                  CHostFiles::Existing::Replace));
-    EXPECT_TRUE(m_files.MirrorFile(m_folder.Path("job/sub/a.txt"), m_folder.Path("JOB/sub/DEEP/b.TXT")));
+    EXPECT_TRUE(m_files.Mirror().Copy(m_folder.Path("job/sub/a.txt"), m_folder.Path("JOB/sub/DEEP/b.TXT")));
     EXPECT_EQ(m_folder.ReadFile("Job/Sub/A.txt"), "2");
     EXPECT_EQ(m_folder.ReadFile("Job/Sub/Deep/B.txt"), "2");
     EXPECT_EQ(Count("Job"), 1);
@@ -122,7 +125,7 @@ TEST_F(HostFile, FilesAreReplacedWhole) {
         EXPECT_FALSE(m_files.WriteFile(target, std::string(2000, 'x')));
         EXPECT_FALSE(m_files.CopyFile(big, target, CHostFiles::Existing::Replace));
         EXPECT_FALSE(m_files.CopyFile(big, m_folder.Path("real/b.txt"), CHostFiles::Existing::Keep));
-        EXPECT_FALSE(m_files.MirrorFile(big, target));
+        EXPECT_FALSE(m_files.Mirror().Copy(big, target));
     }
     EXPECT_EQ(m_folder.ReadFile("real/a.txt"), "new");
     EXPECT_EQ(Count("real"), 1);
@@ -140,9 +143,9 @@ TEST_F(HostFile, PipesAndFoldersAreNoFiles) {
         EXPECT_EQ(m_files.ReadFile(path, 10), std::nullopt);
         EXPECT_FALSE(m_files.WriteFile(path, "x"));
         EXPECT_FALSE(m_files.CopyFile(path, m_folder.Path("copy"), CHostFiles::Existing::Replace));
-        EXPECT_FALSE(m_files.MirrorFile(path, m_folder.Path("copy")));
+        EXPECT_FALSE(m_files.Mirror().Copy(path, m_folder.Path("copy")));
         EXPECT_FALSE(m_files.CopyFile(m_folder.WriteFile("x", "x"), path, CHostFiles::Existing::Replace));
-        EXPECT_FALSE(m_files.MirrorFile(m_folder.Path("x"), path));
+        EXPECT_FALSE(m_files.Mirror().Copy(m_folder.Path("x"), path));
     }
     EXPECT_FALSE(fs::exists(m_folder.Host("copy")));
     EXPECT_TRUE(fs::is_fifo(m_folder.Host("pipe")));
@@ -168,9 +171,48 @@ TEST_F(HostFile, Copies) {
     fs::create_symlink("to.bin", m_folder.Host("link.bin"));
     EXPECT_FALSE(m_files.CopyFile(to, m_folder.Path("TO.BIN"), Replace));
     EXPECT_FALSE(m_files.CopyFile(to, m_folder.Path("link.bin"), Replace));
-    EXPECT_FALSE(m_files.MirrorFile(to, m_folder.Path("link.bin")));
+    EXPECT_FALSE(m_files.Mirror().Copy(to, m_folder.Path("link.bin")));
     EXPECT_FALSE(m_files.CopyFile(m_folder.Path("none"), to, Replace));
     EXPECT_EQ(m_folder.ReadFile("to.bin"), "two");
+}
+
+TEST_F(HostFile, NothingIsLeftOfWhatWasCutOff) {
+    const auto twins = [&] {
+        std::vector<std::string> names;
+        for (const fs::directory_entry& entry : fs::directory_iterator(m_folder.Host("job"))) {
+            if (entry.path().filename().string().starts_with(".drovane-")) {
+                names.push_back(entry.path().filename().string());
+            }
+        }
+        return names;
+    };
+    const auto old = fs::file_time_type::clock::now() - seconds(1000);
+    // Of killed processes; of one that lives; and too young to tell.
+    for (const char* name : {".drovane-Ab12xy", ".drovane-0123456789abcdef.lock",
+                             ".drovane-0123456789abcdef.new", ".drovane-living", ".drovane-mine.txt"}) {
+        m_folder.WriteFile(std::string("job/") + name, "x");
+        fs::last_write_time(m_folder.Host(std::string("job/") + name), old);
+    }
+    m_folder.WriteFile("job/.drovane-young1", "x");
+    const CUnixFile living(m_folder.Host("job/.drovane-living").string(), O_RDONLY);
+    ASSERT_EQ(flock(living.Descriptor(), LOCK_EX), 0);
+    std::size_t meanwhile = 0;
+    EXPECT_TRUE(m_files.WriteFile(m_folder.Path("job/a.txt"), [&](const CUnixFile& file) {
+        meanwhile = twins().size();
+        return file.WriteAll("whole");
+    }));
+    EXPECT_EQ(meanwhile, 3U) << "a file without a name is left by nobody";
+    std::vector<std::string> left = twins();
+    std::sort(left.begin(), left.end());
+    EXPECT_EQ(left, (std::vector<std::string>{".drovane-living", ".drovane-mine.txt", ".drovane-young1"}));
+    EXPECT_EQ(m_folder.ReadFile("job/a.txt"), "whole");
+    // Links are followed by whatever writes.
+    fs::create_symlink("a.txt", m_folder.Host("job/link.txt"));
+    m_folder.WriteFile("job/b.txt", "other");
+    EXPECT_TRUE(m_files.CopyFile(m_folder.Path("job/b.txt"), m_folder.Path("job/link.txt"),
+                                 CHostFiles::Existing::Replace));
+    EXPECT_TRUE(fs::is_symlink(m_folder.Host("job/link.txt")));
+    EXPECT_EQ(m_folder.ReadFile("job/a.txt"), "other");
 }
 
 TEST_F(HostFile, MirrorsAreMadeOnceAndFollowTheirSource) {
@@ -184,7 +226,7 @@ TEST_F(HostFile, MirrorsAreMadeOnceAndFollowTheirSource) {
     const std::string second = write("two/1.jpg", "2econ");
     const std::string copy = m_folder.Path("word/Template/Images/1.jpg");
     const auto mirrored = [&](CHostFiles& files, const std::string& from) {
-        EXPECT_TRUE(files.MirrorFile(from, copy));
+        EXPECT_TRUE(files.Mirror().Copy(from, copy));
         return m_folder.ReadFile("word/Template/Images/1.jpg");
     };
     EXPECT_EQ(mirrored(m_files, first), "first");
