@@ -54,10 +54,9 @@ std::string MakeProject(const CBenchFolder& folder, int sections, const std::str
     return path;
 }
 
-struct Collected {
+struct Collected : CReportRun {
     CRecExport Project;
     std::string CriterionName;
-    ReportLists Lists;
 };
 
 void Collect(const std::string& path, Collected& report) {
@@ -66,14 +65,14 @@ void Collect(const std::string& path, Collected& report) {
     ReportOrder order{{}, 10.0F, 0.0F, {}};
     Require(report.Project.ReadAttrib(project) && report.Project.ReadTestings(order.Sections), "read");
     report.CriterionName = project.CriterionName;
-    Require(CollectWordReport(report.Project, project.CriterionName, order, report.Lists), "collect");
+    Require(CollectWordReport(report.Project, project.CriterionName, order, report), "collect");
 }
 
 // From the file of the project to the document.
 void WriteReport(const CBenchFolder& folder, const std::string& path) {
     Collected report;
     Collect(path, report);
-    Require(WriteWordReportTo(folder.Path("report.docx"), report.Lists, report.CriterionName, {}).Complete,
+    Require(WriteWordReportTo(folder.Path("report.docx"), report, report.CriterionName, {}).Complete,
             "report");
 }
 
@@ -81,9 +80,9 @@ void WriteReport(const CBenchFolder& folder, const std::string& path) {
 void RunGenerator(const CBenchFolder& folder, const std::string& path) {
     Collected report;
     Collect(path, report);
-    Require(
-        UsesGenerator(report.CriterionName) && RunGenerator(report.Project, folder.Path("report.docx")) == 0,
-        "generator");
+    Require(UsesGenerator(report.CriterionName) &&
+                RunGenerator(report.Project, report, folder.Path("report.docx")) == 0,
+            "generator");
 }
 
 void CopyPictures(const CBenchFolder& folder, int count) {
@@ -172,9 +171,8 @@ int main() {
         PrintRatio(
             {"Fill and write the report of 50 sections, 500 pictures", "a script through python-docx", 0.1, 3,
              [&] {
-                 Require(
-                     WriteWordReportTo(folder.Path("report.docx"), few.Lists, few.CriterionName, {}).Complete,
-                     "report");
+                 Require(WriteWordReportTo(folder.Path("report.docx"), few, few.CriterionName, {}).Complete,
+                         "report");
              },
              [&] { Require(std::system(script.c_str()) == 0, "python-docx"); }}) &&
         holds;

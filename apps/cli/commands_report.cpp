@@ -1,4 +1,5 @@
 // Reports of a project, without windows.
+#include <ostream>
 #include <stdexcept>
 
 #include "apps/cli/CArguments.h"
@@ -8,6 +9,7 @@
 #include "reports/collectreport.h"
 #include "reports/word/generator.h"
 #include "reports/word/wordreport.h"
+#include "shell/language.h"
 
 namespace {
 
@@ -46,17 +48,20 @@ int RunDataset(const CommandContext& context) {
 int RunExportWord(const CommandContext& context) {
     ReportJob job;
     Begin(context, job);
-    ReportLists lists;
+    CReportRun run;
     if (!job.Choice) {
         return 1;
     }
     const std::string& criterionName = job.Choice->Project.CriterionName;
     const ReportOrder order{std::move(job.Choice->Sections), job.Choice->K, job.Choice->T, {}};
-    if (!CollectWordReport(job.Project, criterionName, order, lists)) {
+    if (!CollectWordReport(job.Project, criterionName, order, run)) {
         return 1;
     }
-    if (UsesGenerator(criterionName)) {
-        return RunGenerator(job.Project, job.Target);
+    if (run.PlanMissing) {
+        context.Err << LoadMessage(MessageNoPlan) << '\n';
     }
-    return WriteWordReportTo(job.Target, lists, criterionName, {}).Complete ? 0 : 1;
+    if (UsesGenerator(criterionName)) {
+        return RunGenerator(job.Project, run, job.Target);
+    }
+    return WriteWordReportTo(job.Target, run, criterionName, {}).Complete ? 0 : 1;
 }

@@ -8,6 +8,9 @@
 #include "apps/docxgenerator/extratables.h"
 #include "reports/ooxml/COoxmlError.h"
 #include "reports/word/CExportWord.h"
+#include "reports/word/CReportRun.h"
+#include "reports/word/generator.h"
+#include "reports/word/listsfile.h"
 #include "shell/CHostFiles.h"
 #include "shell/CPrompts.h"
 #include "shell/CStreamPrompts.h"
@@ -47,18 +50,29 @@ bool AddCharts(CExportWord& report, const ReportLists& lists) {
            (report.CopyLevelChart(lists.DefectCountsByLevel) && report.PasteChart("chartLevelCount"));
 }
 
-// The picture that was saved with the data file; one that is older was left by another report.
-std::string FindMap(const std::string& dataFile) {
-    std::string map = GetParentFolder(dataFile) + "_map.png";
+// What was saved with the data file; what is older was left by another report. Empty if there is none.
+std::string FindFresh(const std::string& dataFile, const char* name) {
+    const std::string path = GetParentFolder(dataFile) + name;
     std::error_code error;
-    const auto saved = std::filesystem::last_write_time(HostFiles().HostPath(map), error);
+    const auto saved = std::filesystem::last_write_time(HostFiles().HostPath(path), error);
     return !error && saved >= std::filesystem::last_write_time(HostFiles().HostPath(dataFile), error)
-               ? map
+               ? path
                : std::string();
 }
 
-bool WriteReport(const CConfigFile& config, const std::string& map, const std::string& target) {
-    const ReportLists lists = ListsFromConfig(config);
+// The whole lists if they lie beside the data file, else what that tells of them.
+ReportLists FindLists(const CConfigFile& config, const std::string& dataFile) {
+    if (const std::string path = FindFresh(dataFile, ListsFileName); !path.empty()) {
+        const std::optional<std::string> json = HostFiles().ReadFile(path, LargestDataFile);
+        if (std::optional<ReportLists> lists = json ? ListsFromJson(*json) : std::nullopt) {
+            return std::move(*lists);
+        }
+    }
+    return ListsFromConfig(config);
+}
+
+bool WriteReport(const CConfigFile& config, const ReportLists& lists, const std::string& map,
+                 const std::string& target) {
     CExportWord report;
     if (!report.OpenDocument(GetAppFolder() + "CQ.dotx") || !report.FillDocument(lists, map, true, {})) {
         return false;
@@ -87,7 +101,8 @@ bool MakeReport(const std::string& dataFile, const std::string& target) {
         return false;
     }
     try {
-        return WriteReport(CConfigFile(*bytes), FindMap(dataFile), target);
+        const CConfigFile config(*bytes);
+        return WriteReport(config, FindLists(config, dataFile), FindFresh(dataFile, MapFileName), target);
     } catch (const CConfigError& error) {
         ShowError(MessageBadDataFile, HostFiles().HostPath(dataFile) + ": " + error.what());
         return false;
@@ -104,10 +119,19 @@ int RunDocxGenerator(const std::vector<std::string>& words, const std::filesyste
     EnterProgramFolder(ownFolder.parent_path());
     LoadSettings();
     LoadLanguageTable();
-    if (words.size() != 2 || words[0] != "-o" || words[1].empty()) {
+    const bool ofRun = words.size() == 4 && words[2] == "--run" && !words[3].empty();
+    if ((words.size() != 2 && !ofRun) || words[0] != "-o" || words[1].empty()) {
         ShowMessage(MessageUsage);
         return 1;
     }
-    const std::string dataFile = GetAppFolder() + ownFolder.filename().string() + "\\config.xml";
-    return MakeReport(dataFile, PathFromArgument(startFolder, words[1])) ? 0 : 1;
+    std::string folder = GetAppFolder() + ownFolder.filename().string() + "\\";
+    if (ofRun) {
+        folder = PathFromArgument(startFolder, words[3]);
+        folder += folder.ends_with('\\') ? "" : "\\";
+    }
+    const bool made = MakeReport(folder + DataFileName, PathFromArgument(startFolder, words[1]));
+    if (ofRun) {
+        CReportRun::Remove(folder);
+    }
+    return made ? 0 : 1;
 }

@@ -43,11 +43,11 @@ bool CStaticMap::AddPath(double x1, double y1, double x2, double y2) {
     return true;
 }
 
-void CStaticMap::GetImage(const std::string& targetPath) const {
+bool CStaticMap::GetImage(const std::string& targetPath) const {
     (void)HostFiles().DeleteFile(targetPath);
     const std::string host = ServiceHost();
     if (host.empty()) {
-        return;
+        return true;
     }
     std::string paths;
     for (std::size_t at = 0; at < m_lines.size(); at += LineNumbers) {
@@ -56,7 +56,7 @@ void CStaticMap::GetImage(const std::string& targetPath) const {
                  Coordinate(m_lines[at + 2]) + "," + Coordinate(m_lines[at + 3]);
     }
     // The lines go out as they are: the service takes ",", ";" and "|" plain.
-    (void)HttpGetToFile(
+    return HttpGetToFile(
         "http://" + host + "/staticimage?width=640&height=480&paths=" + paths + "&pathStyles=0xff0000,5,1",
         targetPath);
 }

@@ -15,8 +15,9 @@ public:
     // one.
     bool AddPath(double x1, double y1, double x2, double y2);
     // The picture, 640 by 480, into the file. A former one is deleted first, so none remains if this fails.
-    // What the service answers is saved as it is, so a message of an error lies there as well.
-    void GetImage(const std::string& targetPath) const;
+    // What the service answers is saved as it is, so a message of an error lies there as well. False if a
+    // service was set up and gave no answer.
+    bool GetImage(const std::string& targetPath) const;
 
 private:
     std::vector<double> m_lines;  // four numbers a line

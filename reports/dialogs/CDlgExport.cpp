@@ -10,6 +10,7 @@
 #include <QScreen>
 
 #include "assessment/standards.h"
+#include "lists/CTestingList.h"
 #include "reports/CRecExport.h"
 #include "reports/word/generator.h"
 #include "reports/word/wordreport.h"
@@ -22,7 +23,6 @@
 #include "shell/numbers.h"
 #include "shell/paths.h"
 #include "shell/seams.h"
-#include "lists/CTestingList.h"
 
 namespace {
 
@@ -241,26 +241,27 @@ bool CDlgExport::Export() {
     order.K = m_region->currentData().toFloat();
     order.T = m_soil->currentData().toFloat();
     order.Status = [this](const std::string& text) { ShowStatus(text); };
-    ReportLists lists;
+    CReportRun run;
     {
         const CWaitCursor wait;
-        if (!CollectWordReport(m_project, m_attributes.CriterionName, order, lists)) {
+        if (!CollectWordReport(m_project, m_attributes.CriterionName, order, run)) {
             ShowStatus("");
             return false;
         }
     }
-    return m_useGenerator ? RunGenerator() : WriteReport(lists);
+    return m_useGenerator ? RunGenerator(run) : WriteReport(run);
 }
 
-bool CDlgExport::WriteReport(const ReportLists& lists) {
+bool CDlgExport::WriteReport(const CReportRun& run) {
     const CWaitCursor wait;
-    const WordReport report = WriteWordReport(lists, m_attributes.CriterionName, m_attributes.ProjectName,
+    const WordReport report = WriteWordReport(run, m_attributes.CriterionName, m_attributes.ProjectName,
                                               [this](const std::string& text) { ShowStatus(text); });
     if (report.Path.empty()) {
         ShowStatus("");
         return false;
     }
-    ShowStatus(HostFiles().HostPath(report.Path));
+    const std::string plan = run.PlanMissing ? "    " + LoadMessage(MessageNoPlan) : std::string();
+    ShowStatus(HostFiles().HostPath(report.Path) + plan);
     OpenWordReport(report.Path);
     return report.Complete;
 }
@@ -271,7 +272,7 @@ bool CDlgExport::AskToReplace(const std::string& path) {
                                  LoadMessage(MessageReplace) + "\n" + HostFiles().HostPath(path));
 }
 
-bool CDlgExport::RunGenerator() {
+bool CDlgExport::RunGenerator(CReportRun& run) {
     std::string chosen;
     std::string path;
     do {
@@ -284,7 +285,7 @@ bool CDlgExport::RunGenerator() {
     } while (path != chosen && HostFiles().Exists(path) && !AskToReplace(path));
     const CWaitCursor wait;
     ShowStatus(LoadMessage(2159));
-    if (!StartGenerator(m_project, path)) {
+    if (!StartGenerator(m_project, run, path)) {
         ShowStatus("");
         return false;
     }

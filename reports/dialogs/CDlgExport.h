@@ -17,7 +17,7 @@ class QCheckBox;
 class QComboBox;
 class QGridLayout;
 class QLabel;
-struct ReportLists;
+class CReportRun;
 
 class CDlgExport : public CSizeDlg {
 public:
@@ -42,8 +42,8 @@ private:
     void ShowStatus(const std::string& text);
     // Each tells whether the window may close.
     bool Export();
-    bool WriteReport(const ReportLists& lists);
-    bool RunGenerator();
+    bool WriteReport(const CReportRun& run);
+    bool RunGenerator(CReportRun& run);
     static bool AskToReplace(const std::string& path);
 
     CRecExport& m_project;

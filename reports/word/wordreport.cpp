@@ -41,16 +41,19 @@ void Tell(const StatusLine& status, int message) {
     }
 }
 
-void FetchMap(const CTestingDataArray& sections) {
-    const std::string picture = GetMapPicturePath();
+bool FetchMap(const CTestingDataArray& sections, const std::string& picture) {
     if (picture.empty()) {
-        return;
+        return true;
     }
     CStaticMap map;
     for (const _TESTING_DATA& section : sections) {
         (void)map.AddPath(section.GpsXStart, section.GpsYStart, section.GpsXEnd, section.GpsYEnd);
     }
-    map.GetImage(picture);
+    const bool fetched = map.GetImage(picture);
+    const std::string last = GetMapPicturePath();
+    (void)HostFiles().DeleteFile(last);
+    (void)HostFiles().CopyFile(picture, last, CHostFiles::Existing::Replace);
+    return fetched;
 }
 
 // The first that fails ends it.
@@ -61,16 +64,16 @@ bool AddCharts(CExportWord& report, const ReportLists& lists) {
 }
 
 // `save` gives the path, or an empty one.
-WordReport MakeReport(const ReportLists& lists, const std::string& criterionName, const StatusLine& status,
+WordReport MakeReport(const CReportRun& run, const std::string& criterionName, const StatusLine& status,
                       const std::function<std::string(CDocx&)>& save) {
     const ScoringRoute route = FindScoringRoute(criterionName);
     CExportWord report;
     if (!report.OpenDocument(GetAppFolder() + TemplateOf(route)) ||
-        !report.FillDocument(lists, GetMapPicturePath(), !IsDensityScoring(route), status)) {
+        !report.FillDocument(run.Lists, run.MapPicture(), !IsDensityScoring(route), status)) {
         return {};
     }
     Tell(status, 2159);
-    const bool complete = AddCharts(report, lists);
+    const bool complete = AddCharts(report, run.Lists);
     WordReport made{save(report.Document()), false};
     made.Complete = complete && !made.Path.empty();
     if (made.Complete) {
@@ -82,11 +85,11 @@ WordReport MakeReport(const ReportLists& lists, const std::string& criterionName
 }  // namespace
 
 bool CollectWordReport(CRecExport& project, const std::string& criterionName, const ReportOrder& order,
-                       ReportLists& lists) {
+                       CReportRun& run) {
     Tell(order.Status, 2154);
-    FetchMap(order.Sections);
-    Tell(order.Status, 2155);
-    return CollectReport(project, criterionName, SectionIds(order.Sections), order.K, order.T, lists);
+    run.PlanMissing = !FetchMap(order.Sections, run.MapPicture());
+    Tell(order.Status, run.PlanMissing ? MessageNoPlan : 2155);
+    return CollectReport(project, criterionName, SectionIds(order.Sections), order.K, order.T, run.Lists);
 }
 
 std::string GetMapPicturePath() {
@@ -94,9 +97,9 @@ std::string GetMapPicturePath() {
     return folder.empty() ? folder : folder + "_map.png";
 }
 
-WordReport WriteWordReport(const ReportLists& lists, const std::string& criterionName,
+WordReport WriteWordReport(const CReportRun& run, const std::string& criterionName,
                            const std::string& projectName, const StatusLine& status) {
-    return MakeReport(lists, criterionName, status, [&](CDocx& document) {
+    return MakeReport(run, criterionName, status, [&](CDocx& document) {
         std::string path =
             WriteDocument(projectName, Ending, [&](const CUnixFile& file) { return document.Write(file); });
         if (path.empty()) {
@@ -106,9 +109,9 @@ WordReport WriteWordReport(const ReportLists& lists, const std::string& criterio
     });
 }
 
-WordReport WriteWordReportTo(const std::string& path, const ReportLists& lists,
-                             const std::string& criterionName, const StatusLine& status) {
-    return MakeReport(lists, criterionName, status, [&](CDocx& document) {
+WordReport WriteWordReportTo(const std::string& path, const CReportRun& run, const std::string& criterionName,
+                             const StatusLine& status) {
+    return MakeReport(run, criterionName, status, [&](CDocx& document) {
         if (HostFiles().WriteFile(path, [&](const CUnixFile& file) { return document.Write(file); })) {
             return path;
         }

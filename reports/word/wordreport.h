@@ -5,11 +5,13 @@
 #include <string_view>
 #include <vector>
 
-#include "reports/reportlists.h"
 #include "reports/word/CExportWord.h"
+#include "reports/word/CReportRun.h"
 #include "store/records/records.h"
 
 class CRecExport;
+
+inline constexpr int MessageNoPlan = 3450;
 
 struct ReportOrder {
     CTestingDataArray Sections;  // the chosen ones, in the project's order
@@ -19,14 +21,15 @@ struct ReportOrder {
     StatusLine Status;
 };
 
-// Fetches the map picture, then scores and gathers: reports/collectreport.h. False if there is nothing to
-// make a report of; a message was shown, except where the data set can't be built, which says for itself
-// what it couldn't read.
+// Fetches the map picture into the run's folder (a plan that can't be fetched is told in the status line),
+// then scores and gathers into its lists: reports/collectreport.h. False if there is nothing to make a report
+// of; a message was shown, except where the data set can't be built, which says for itself what it couldn't
+// read.
 bool CollectWordReport(CRecExport& project, const std::string& criterionName, const ReportOrder& order,
-                       ReportLists& lists);
+                       CReportRun& run);
 
-// The picture of the map that the last report fetched. It needn't exist; the folder is the user's own. Empty
-// without such a folder.
+// A copy of the map's picture that the last report fetched. It needn't exist; the folder is the user's own.
+// Empty without such a folder.
 std::string GetMapPicturePath();
 
 struct WordReport {
@@ -36,11 +39,11 @@ struct WordReport {
 
 // Fills the template of the standard and writes the document among those of the operator, under the project's
 // name. Not for standards whose documents the generator makes.
-WordReport WriteWordReport(const ReportLists& lists, const std::string& criterionName,
+WordReport WriteWordReport(const CReportRun& run, const std::string& criterionName,
                            const std::string& projectName, const StatusLine& status);
 // The same to a path, whatever is there.
-WordReport WriteWordReportTo(const std::string& path, const ReportLists& lists,
-                             const std::string& criterionName, const StatusLine& status);
+WordReport WriteWordReportTo(const std::string& path, const CReportRun& run, const std::string& criterionName,
+                             const StatusLine& status);
 
 // With the desktop's program for it; where there is none, a message tells where the report lies.
 void OpenWordReport(const std::string& path);

@@ -4,12 +4,17 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <fstream>
 
 #include "apps/docxgenerator/CConfigFile.h"
 #include "apps/docxgenerator/configlists.h"
 #include "reports/collectreport.h"
 #include "reports/ooxml/CDocx.h"
+#include "reports/word/CReportRun.h"
+#include "reports/word/listsfile.h"
+#include "shell/CHostFiles.h"
 #include "shell/language.h"
+#include "shell/seams.h"
 #include "shell/textcodec.h"
 #include "tests/generator/markedconfig.h"
 #include "tests/reports/documents.h"
@@ -136,6 +141,33 @@ TEST_F(Generator, ListsAreThoseOfTheProject) {
     EXPECT_EQ(ListsFromConfig(CConfigFile(GbkFromUtf8(xml))).LevelCountRows, lists.LevelCountRows);
     replace("EvaluatethisJG=\"" + LoadMessage(2342), "EvaluatethisJG=\"other words");
     EXPECT_NE(ListsFromConfig(CConfigFile(GbkFromUtf8(xml))).LevelCountRows, lists.LevelCountRows);
+}
+
+TEST_F(Generator, WholeListsAreReadFirstAndFromTheRunsOwnFolder) {
+    CReportProject project(m_folder, "CQ");
+    ReportLists lists;
+    ASSERT_TRUE(CollectReport(project.Database, "重庆规范", project.Chosen, 6, 10, lists));
+    m_folder.WriteFile("word/config.xml", project.Database.ReportBytes());
+    const CReportRun run;
+    const auto text = [&](const std::string& arguments) {
+        EXPECT_EQ(Run("-o a.docx" + arguments), 0) << Error();
+        return TextsOf(PartsOf(m_folder.ReadFile("out/a.docx"))["word/document.xml"]);
+    };
+    lists.ProjectStrings[0] = "列表中的工程";
+    EXPECT_EQ(text("").find("列表中的工程"), std::string::npos);
+    m_folder.WriteFile("word/_lists.json", ListsToJson(lists));
+    EXPECT_NE(text("").find("列表中的工程"), std::string::npos);
+    // Of another report; broken; and those of the run, whose folder goes with it.
+    fs::last_write_time(m_folder.Host("word/_lists.json"),
+                        fs::last_write_time(m_folder.Host("word/config.xml")) - std::chrono::seconds(5));
+    EXPECT_EQ(text("").find("列表中的工程"), std::string::npos);
+    m_folder.WriteFile("word/_lists.json", "{");
+    EXPECT_EQ(text("").find("列表中的工程"), std::string::npos);
+    const fs::path own = HostFiles().HostPath(run.Folder());
+    fs::copy(m_folder.Host("word/config.xml"), own / "config.xml");
+    std::ofstream(own / "_lists.json") << ListsToJson(lists);
+    EXPECT_NE(text(" --run '" + own.string() + "'").find("列表中的工程"), std::string::npos);
+    EXPECT_FALSE(fs::exists(own));
 }
 
 TEST_F(Generator, WithoutDefectsTheChartsSaySo) {

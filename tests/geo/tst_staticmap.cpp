@@ -67,12 +67,12 @@ TEST_F(StaticMap, AsksForItsLinesAsTheyAre) {
 
     // Where no service was set up nothing is asked.
     Folder.WriteFile("_map.png", "former");
-    map.GetImage(Target);
+    (void)map.GetImage(Target);
     EXPECT_FALSE(TargetExists());
     EXPECT_TRUE(server.TakeRequests().empty());
 
     UseService(server.Host());
-    map.GetImage(Target);
+    (void)map.GetImage(Target);
     const std::vector<std::string> requests = server.TakeRequests();
     ASSERT_EQ(requests.size(), 1U);
     EXPECT_EQ(requests[0].substr(0, requests[0].find("\r\n")),
@@ -93,7 +93,7 @@ TEST_F(StaticMap, AsksForItsLinesAsTheyAre) {
               }));
 
     CStaticMap none;
-    none.GetImage(Target);
+    (void)none.GetImage(Target);
     EXPECT_TRUE(server.TakeRequests()[0].starts_with(
         "GET /staticimage?width=640&height=480&paths=&pathStyles=0xff0000,5,1 HTTP/1.1\r\n"));
 
@@ -104,7 +104,7 @@ TEST_F(StaticMap, AsksForItsLinesAsTheyAre) {
     }
     EXPECT_FALSE(full.AddPath(51.0, 1.5, 2.5, 3.5));
     EXPECT_FALSE(full.AddPath(7.0, 1.5, 2.5, 3.5));
-    full.GetImage(Target);
+    (void)full.GetImage(Target);
     const std::vector<std::string> paths = AskedPaths(server.TakeRequests()[0]);
     ASSERT_EQ(paths.size(), 50U);
     EXPECT_EQ(paths.back(), "50,1.5;2.5,3.5");
@@ -201,7 +201,7 @@ TEST_F(StaticMap, WithoutAnAnswerThereIsNoFile) {
     }
     Folder.WriteFile("_map.png", "former");
     UseService(gone);
-    CStaticMap().GetImage(Target);
+    (void)CStaticMap().GetImage(Target);
     EXPECT_FALSE(TargetExists());
 }
 

@@ -53,13 +53,13 @@ protected:
         for (const std::uint32_t id : project.Chosen) {
             order.Sections.Add(all[static_cast<int>(id) - 1]);
         }
-        EXPECT_TRUE(CollectWordReport(project.Database, criterionName, order, m_lists));
-        return WriteWordReportTo(m_folder.Path(target), m_lists, criterionName, order.Status);
+        EXPECT_TRUE(CollectWordReport(project.Database, criterionName, order, m_run));
+        return WriteWordReportTo(m_folder.Path(target), m_run, criterionName, order.Status);
     }
 
     CTestFolder m_folder;
     CTestHome m_home;
-    ReportLists m_lists;
+    CReportRun m_run;
     std::vector<std::string> m_told;
 };
 
@@ -158,7 +158,7 @@ TEST_F(WordReports, WithoutDefectsTheChartIsMissing) {
 TEST_F(WordReports, GoIntoTheDocumentsOrAreToldNotTo) {
     CReportProject project(m_folder, "GB");
     (void)Make(project, LoadMessage(2150), "r.docx");
-    const auto write = [&] { return WriteWordReport(m_lists, LoadMessage(2150), "幸福路/东", {}); };
+    const auto write = [&] { return WriteWordReport(m_run, LoadMessage(2150), "幸福路/东", {}); };
     const std::string folder = m_folder.Path("home/Documents/Drovane") + "\\";
     EXPECT_EQ(write().Path, folder + "幸福路_东.docx");
     const WordReport second = write();
@@ -169,7 +169,7 @@ TEST_F(WordReports, GoIntoTheDocumentsOrAreToldNotTo) {
     fs::create_symlink("/dev/full", m_folder.Host("full.docx"));
     for (const char* target : {"full.docx", "none/r.docx"}) {
         m_folder.Prompts.Expect(3251);
-        const WordReport lost = WriteWordReportTo(m_folder.Path(target), m_lists, LoadMessage(2150), {});
+        const WordReport lost = WriteWordReportTo(m_folder.Path(target), m_run, LoadMessage(2150), {});
         EXPECT_EQ(lost.Path, "");
         EXPECT_FALSE(lost.Complete);
     }

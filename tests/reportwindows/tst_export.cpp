@@ -7,6 +7,7 @@
 #include <QTest>
 #include <set>
 
+#include "lists/CTestingList.h"
 #include "reports/collectreport.h"
 #include "reports/dialogs/CDlgExport.h"
 #include "shell/dialogs/qttext.h"
@@ -15,7 +16,6 @@
 #include "tests/support/CTestFolder.h"
 #include "tests/support/CTestHome.h"
 #include "tests/support/windows.h"
-#include "lists/CTestingList.h"
 
 namespace {
 
@@ -240,7 +240,14 @@ TEST_F(Export, TheGeneratorGetsTheDataOfTheChosen) {
     ASSERT_EQ(m_folder.Desktop.Started.size(), 1U);
     const CRecordingDesktop::Process& started = m_folder.Desktop.Started[0];
     EXPECT_EQ(started.Program, m_folder.Path("word/DocxGenerator"));
-    EXPECT_EQ(started.Arguments, (std::vector<std::string>{"-o", m_folder.Host("b.DOCX").string()}));
+    ASSERT_EQ(started.Arguments.size(), 4U);
+    EXPECT_EQ(started.Arguments[1], m_folder.Host("b.DOCX").string());
+    EXPECT_EQ(started.Arguments[2], "--run");
+    // The generator's own, since the next report may come before it has read these.
+    const std::filesystem::path run = started.Arguments[3];
+    EXPECT_EQ(ReadHostFile(run / "config.xml"), m_folder.ReadFile("word/config.xml"));
+    EXPECT_EQ(ReadHostFile(run / "_lists.json"), m_folder.ReadFile("word/_lists.json"));
+    std::filesystem::remove_all(run);
     EXPECT_EQ(started.Folder, m_folder.Path("word") + "\\");
     ReportLists lists;
     ASSERT_TRUE(CollectReport(project, "重庆规范", m_project->Chosen, 6.0F, 8.0F, lists));
