@@ -34,12 +34,14 @@ public:
     // seams are installed before.
     int Run(std::string_view commandLine, const std::string& projectPath = {});
 
+    // What Run does at its end, for a process that is asked to end and can't wait for its windows.
+    int ExitInstance();
+
     // Null unless it runs.
     CSizeDlg* GetMainWnd() const { return m_mainWnd; }
 
 private:
     void InitInstance(std::string_view commandLine, const std::string& projectPath);
-    int ExitInstance();
     // False if a live instance runs already; it has come to the front then.
     bool ActivateRunningInstance();
     void RunWindow(std::unique_ptr<CSizeDlg> window);

@@ -1,7 +1,12 @@
 #include "apps/drovane/CDrovaneGui.h"
 
+#include <sys/socket.h>
+#include <unistd.h>
+
 #include <QEvent>
+#include <QSocketNotifier>
 #include <clocale>
+#include <csignal>
 #include <exception>
 #include <iostream>
 
@@ -9,6 +14,9 @@
 #include "shell/dialogs/theme.h"
 
 namespace {
+
+// From the handler of a signal, which may do next to nothing, to the event loop.
+int signalEnds[2] = {-1, -1};
 
 void Tell(bool shown, const std::exception& error) {
     static bool telling = false;
@@ -31,6 +39,20 @@ CDrovaneGui::CDrovaneGui(int& argc, char** argv) : QApplication(argc, argv) {
     // The run of the one window ends the program, not the closing of another.
     setQuitOnLastWindowClosed(false);
     ApplyTheme(*this);
+}
+
+void CDrovaneGui::OnTerminate(std::function<void()> handler) {
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, signalEnds) != 0) {
+        return;
+    }
+    auto* notifier = new QSocketNotifier(signalEnds[1], QSocketNotifier::Read, this);
+    connect(notifier, &QSocketNotifier::activated, this, [run = std::move(handler)] { run(); });
+    for (const int number : {SIGTERM, SIGHUP, SIGINT}) {
+        std::signal(number, [](int) {
+            const char any = 0;
+            (void)!write(signalEnds[0], &any, 1);
+        });
+    }
 }
 
 bool CDrovaneGui::notify(QObject* receiver, QEvent* event) {

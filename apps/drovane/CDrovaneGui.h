@@ -10,6 +10,9 @@ public:
     // Both must live as long as this.
     CDrovaneGui(int& argc, char** argv);
 
+    // Runs `handler` from the event loop when the system asks the process to end (SIGTERM, SIGHUP, SIGINT).
+    void OnTerminate(std::function<void()> handler);
+
     bool notify(QObject* receiver, QEvent* event) override;
 };
 

@@ -1,5 +1,6 @@
 #include <QIcon>
 #include <csignal>
+#include <cstdlib>
 #include <exception>
 #include <filesystem>
 #include <iostream>
@@ -8,6 +9,7 @@
 #include "apps/drovane/CDrovaneGui.h"
 #include "oldfiles/CJetFiles.h"
 #include "shell/CHostFiles.h"
+#include "shell/CPrompts.h"
 #include "shell/dialogs/CLocalLiveChannel.h"
 #include "shell/dialogs/CProgressNote.h"
 #include "shell/dialogs/CQtDesktop.h"
@@ -42,7 +44,14 @@ int RunProgram(int argc, char** argv) {
     CLocalLiveChannel channel;
     CDrovaneApp app(channel, {[](const std::string& path) { return std::make_unique<CDlgProAtrrib>(path); },
                               [](CLiveChannel& live) { return std::make_unique<CDrovaneDlg>(live); }});
-    return app.Run(CommandLine(words), ProjectArgument(words, startFolder));
+    gui.OnTerminate([&app] { std::_Exit(app.ExitInstance()); });
+    try {
+        return app.Run(CommandLine(words), ProjectArgument(words, startFolder));
+    } catch (const std::exception& error) {
+        // While the first window comes up there is no loop yet that would tell it.
+        ShowMessage(3060, std::string("\n\n") + error.what());
+        throw;
+    }
 }
 
 }  // namespace

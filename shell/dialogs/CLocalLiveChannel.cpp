@@ -23,7 +23,7 @@ namespace {
 // Both ends know it; it is what acquisition programs look for.
 constexpr const char* ChannelName = "DROVANEWNDCLASS";
 
-enum Kind : std::uint32_t { KindRecord = 1, KindRaise = 2, KindTaken = 3, KindAnswer = 4 };
+enum Kind : std::uint32_t { KindRecord = 1, KindRaise = 2, KindTaken = 3, KindAnswer = 4, KindNotTaken = 5 };
 
 struct Header {
     std::uint32_t Kind;
@@ -217,7 +217,11 @@ void CLocalLiveChannel::OnBytes(LiveSender sender) {
 }
 
 void CLocalLiveChannel::Handle(LiveSender sender, std::uint32_t kind, const QByteArray& content) {
-    if (kind == KindRecord && OnRecord) {
+    if (kind == KindRecord && !OnRecord) {
+        (void)Send(sender, KindNotTaken, {});  // whoever sent it must know that nobody has it
+        return;
+    }
+    if (kind == KindRecord) {
         OnRecord({content.constData(), static_cast<std::size_t>(content.size())}, sender);
     } else if (kind == KindRaise && OnRaise) {
         OnRaise();

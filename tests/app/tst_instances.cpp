@@ -50,7 +50,8 @@ TEST_F(Instances, TheSecondLiveOneEndsAndACrashedOneIsReplaced) {
     ASSERT_TRUE(ComesToLife()) << first.readAllStandardError().toStdString();
     CAcquisition program(m_runtime.Socket());
     ASSERT_TRUE(program.Send(CAcquisition::Frame(1, std::string(1256, 'x'))));
-    EXPECT_TRUE(WaitFor([&] { return program.Receive() && program.Received == CAcquisition::Frame(3, ""); }));
+    EXPECT_TRUE(WaitFor([&] { return program.Receive() && program.Received == CAcquisition::Frame(5, ""); }))
+        << "nobody takes records yet";
 
     EXPECT_FALSE(fs::exists(m_folder.Host("config.ini")));
     QProcess second;
@@ -97,6 +98,17 @@ TEST_F(Instances, TheFirstComesBackWhenASecondStarts) {
     EXPECT_FALSE(window.isMinimized());
     EXPECT_TRUE(window.isMaximized());
     EXPECT_TRUE(WaitFor([&] { return popup.isActiveWindow(); }));
+}
+
+TEST_F(Instances, TheSystemsWishToEndWritesTheDefaults) {
+    QProcess live;
+    Start(live, {"-add"});
+    ASSERT_TRUE(ComesToLife());
+    EXPECT_FALSE(fs::exists(m_folder.Host("config.ini")));
+    live.terminate();
+    ASSERT_TRUE(Ends(live));
+    EXPECT_EQ(live.exitStatus(), QProcess::NormalExit);
+    EXPECT_TRUE(fs::exists(m_folder.Host("config.ini")));
 }
 
 }  // namespace
