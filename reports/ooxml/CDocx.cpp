@@ -31,14 +31,6 @@ std::string ReadTemplate(std::string_view path) {
     return std::move(*bytes);
 }
 
-std::string Folded(std::string_view name) {
-    std::string folded(name);
-    for (char& c : folded) {
-        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    }
-    return folded;
-}
-
 std::string Units(double points) {
     return FormatInt(static_cast<std::int64_t>(RoundTo(points * UnitsPerPoint, 0)));
 }
@@ -68,59 +60,46 @@ CDocx::CDocx(std::string_view path) : m_package(ReadTemplate(path)) {
         throw COoxmlError(OoxmlFault::DamagedPart, {m_mainPart});
     }
     m_package.SetMediaType(m_mainPart, WordTypes + "document.main+xml");
-    FindBookmarks();
+    m_bookmarks.Collect();
+    FindNumbers(m_xml);
+    for (const std::string& part : m_package.Names()) {
+        const std::string kind = m_package.MediaType(part);
+        if (kind == WordTypes + "header+xml" || kind == WordTypes + "footer+xml") {
+            tinyxml2::XMLDocument other;
+            ParseXml(other, m_package.Bytes(part), part);
+            FindNumbers(other);
+        }
+    }
 }
 
-void CDocx::FindBookmarks() {
-    std::map<std::string, std::string> names;  // by identifier
-    EachElement(m_xml.RootElement(), [&](XmlElement* element) {
-        if (Is(element, "w:bookmarkStart")) {
-            const std::string name = Folded(Attribute(element, "w:name"));
-            if (!name.empty() && m_bookmarks.try_emplace(name, Range{element, nullptr}).second) {
-                names[Attribute(element, "w:id")] = name;
-            }
-        } else if (Is(element, "w:bookmarkEnd")) {
-            const auto found = names.find(Attribute(element, "w:id"));
-            if (found != names.end() && m_bookmarks[found->second].End == nullptr) {
-                m_bookmarks[found->second].End = element;
-            }
-        } else if (Is(element, "wp:docPr")) {
-            const int number = ParseInt(Attribute(element, "id"));
-            if (number < LargestCountedNumber) {
-                m_lastDrawing = std::max(m_lastDrawing, number);
-            }
+// Numbers of drawings are unique in the document with its headers and footers.
+void CDocx::FindNumbers(tinyxml2::XMLDocument& part) {
+    EachElement(part.RootElement(), [&](XmlElement* element) {
+        const int number = Is(element, "wp:docPr") ? ParseInt(Attribute(element, "id")) : 0;
+        if (number < LargestCountedNumber) {
+            m_lastDrawing = std::max(m_lastDrawing, number);
+        }
+    });
+}
+
+void CDocx::NumberDrawings(XmlElement* copy) {
+    EachElement(copy, [&](XmlElement* element) {
+        if (Is(element, "wp:docPr")) {
+            element->SetAttribute("id", ++m_lastDrawing);
         }
     });
 }
 
 bool CDocx::HasBookmark(std::string_view name) const {
-    return m_bookmarks.contains(Folded(name));
+    return m_bookmarks.Has(name);
 }
 
 std::vector<std::string> CDocx::BookmarkNames() const {
-    std::vector<std::string> names;
-    for (const auto& [folded, range] : m_bookmarks) {
-        names.push_back(Attribute(range.Start, "w:name"));
-    }
-    return names;
-}
-
-CDocx::Range CDocx::Find(std::string_view bookmark) {
-    const auto found = m_bookmarks.find(Folded(bookmark));
-    if (found == m_bookmarks.end()) {
-        throw COoxmlError(OoxmlFault::NoBookmark, {std::string(bookmark)});
-    }
-    Range& range = found->second;
-    if (range.End == nullptr) {
-        range.End = m_xml.NewElement("w:bookmarkEnd");
-        range.End->SetAttribute("w:id", Attribute(range.Start, "w:id").c_str());
-        InsertBehind(range.Start->Parent(), range.Start, range.End);
-    }
-    return range;
+    return m_bookmarks.Names();
 }
 
 std::string CDocx::BookmarkText(std::string_view name) {
-    const Range range = Find(name);
+    const BookmarkRange range = m_bookmarks.Find(name);
     std::string text;
     for (XmlNode* node = range.Start; node != nullptr && node != range.End;
          node = NextNode(node, m_xml.RootElement())) {
@@ -131,67 +110,8 @@ std::string CDocx::BookmarkText(std::string_view name) {
     return text;
 }
 
-void CDocx::MoveIntoParagraph(XmlElement* mark, bool start) {
-    if (Ancestor(mark, "w:p") != nullptr) {
-        return;
-    }
-    // Between paragraphs: the start belongs to what follows, the end to what came before.
-    XmlNode* neighbour = start ? mark->NextSibling() : mark->PreviousSibling();
-    while (neighbour != nullptr && IsBookmarkMark(neighbour)) {
-        neighbour = start ? neighbour->NextSibling() : neighbour->PreviousSibling();
-    }
-    if (!Is(neighbour, "w:p")) {
-        neighbour = InsertBehind(mark->Parent(), mark, m_xml.NewElement("w:p"));
-    }
-    if (start) {
-        InsertBehind(neighbour, Child(neighbour, "w:pPr"), mark);
-    } else {
-        neighbour->InsertEndChild(mark);
-    }
-}
-
-CDocx::Range CDocx::Clear(std::string_view bookmark) {
-    const Range range = Find(bookmark);
-    MoveIntoParagraph(range.Start, true);
-    MoveIntoParagraph(range.End, false);
-    XmlElement* first = Ancestor(range.Start, "w:p");
-    XmlElement* last = Ancestor(range.End, "w:p");
-    if (range.Start->Parent() != first || range.End->Parent() != last || first->Parent() != last->Parent()) {
-        throw COoxmlError(OoxmlFault::NoPlainText, {std::string(bookmark)});
-    }
-    const auto clearFrom = [&](XmlNode* node) {
-        while (node != nullptr && node != range.End) {
-            XmlNode* next = node->NextSibling();
-            if (!IsBookmarkMark(node) && !Is(node, "w:pPr")) {
-                Remove(node);
-            }
-            node = next;
-        }
-    };
-    clearFrom(range.Start->NextSibling());
-    if (first != last) {
-        for (XmlNode* node = first->NextSibling(); node != last;) {
-            if (node == nullptr) {
-                throw COoxmlError(OoxmlFault::NoPlainText, {std::string(bookmark)});
-            }
-            XmlNode* next = node->NextSibling();
-            Remove(node);
-            node = next;
-        }
-        // What is left of the last paragraph joins the first.
-        clearFrom(last->FirstChild());
-        for (XmlNode* node = range.End; node != nullptr;) {
-            XmlNode* next = node->NextSibling();
-            first->InsertEndChild(node);
-            node = next;
-        }
-        Remove(last);
-    }
-    return range;
-}
-
 void CDocx::SetText(std::string_view bookmark, std::string_view text) {
-    const Range found = Find(bookmark);
+    const BookmarkRange found = m_bookmarks.Find(bookmark);
     XmlElement* around = Ancestor(found.Start, "w:p");
     const XmlElement* former = nullptr;
     // The look of the text that goes, before that of the paragraph's beginning.
@@ -203,7 +123,7 @@ void CDocx::SetText(std::string_view bookmark, std::string_view text) {
         former = TextLook(around);
     }
     XmlNode* copy = former == nullptr ? nullptr : former->DeepClone(&m_xml);
-    const Range range = Clear(bookmark);
+    const BookmarkRange range = m_bookmarks.Clear(bookmark);
     std::string line = CleanText(text);
     // One paragraph stays one, so that the template decides how the text stands.
     std::erase(line, '\r');
@@ -215,7 +135,7 @@ void CDocx::SetText(std::string_view bookmark, std::string_view text) {
 }
 
 XmlElement* CDocx::FirstTable(std::string_view bookmark) {
-    const Range range = Find(bookmark);
+    const BookmarkRange range = m_bookmarks.Find(bookmark);
     if (XmlElement* around = Ancestor(range.Start, "w:tbl")) {
         return around;
     }
@@ -234,23 +154,7 @@ CDocxTable CDocx::Table(std::string_view bookmark) {
 
 CDocxForm CDocx::TakeForm(std::string_view bookmark) {
     XmlElement* table = FirstTable(bookmark);
-    // Bookmarks that lose one end lose the other.
-    for (auto at = m_bookmarks.begin(); at != m_bookmarks.end();) {
-        bool inside = false;
-        for (XmlElement* mark : {at->second.Start, at->second.End}) {
-            for (const XmlNode* node = mark; node != nullptr && !inside; node = node->Parent()) {
-                inside = node == table;
-            }
-        }
-        if (inside) {
-            for (XmlElement* mark : {at->second.Start, at->second.End}) {
-                if (mark != nullptr) {
-                    Remove(mark);
-                }
-            }
-        }
-        at = inside ? m_bookmarks.erase(at) : std::next(at);
-    }
+    m_bookmarks.Forget(table);
     return {*this, table, std::string(bookmark)};
 }
 
@@ -329,7 +233,7 @@ std::string CDocx::PictureRun(const DocxPicture& picture, double width, double h
 }
 
 void CDocx::ReplacePicture(std::string_view bookmark, const DocxPicture& picture) {
-    const Range range = Find(bookmark);
+    const BookmarkRange range = m_bookmarks.Find(bookmark);
     const double scale = std::min(1.0, TextWidth(range.Start) / picture.Width);
     XmlNode* added = NewRaw(&m_xml, PictureRun(picture, picture.Width * scale, picture.Height * scale));
     for (XmlNode* node = range.Start; node != nullptr && node != range.End;
@@ -342,16 +246,17 @@ void CDocx::ReplacePicture(std::string_view bookmark, const DocxPicture& picture
         XmlNode* former = choice != nullptr ? choice : node;
         if (XmlElement* run = Ancestor(former, "w:r")) {
             InsertBehind(run->Parent(), run, added);
+            EachMark(former, [&](XmlElement* mark) { InsertBehind(run->Parent(), added, mark); });
             Remove(former);
             return;
         }
     }
-    MoveIntoParagraph(range.Start, true);
+    m_bookmarks.MoveIntoParagraph(range.Start, true);
     InsertBehind(range.Start->Parent(), range.Start, added);
 }
 
 void CDocx::SetChart(std::string_view bookmark, const ChartSpec& spec) {
-    (void)Find(bookmark);
+    (void)m_bookmarks.Find(bookmark);
     const std::string folder = m_mainPart.substr(0, m_mainPart.rfind('/') + 1);
     const std::string workbook = ChartWorkbook(spec);
     const std::string bookPart = m_package.FreeName(folder + "embeddings/workbook", "xlsx");
@@ -365,7 +270,7 @@ void CDocx::SetChart(std::string_view bookmark, const ChartSpec& spec) {
     const std::string toChart =
         m_package.Relate(m_mainPart, Relations + "chart", RelativeTo(m_mainPart, chartPart));
 
-    const Range range = Clear(bookmark);
+    const BookmarkRange range = m_bookmarks.Clear(bookmark);
     const double scale = std::min(1.0, TextWidth(range.Start) / spec.Width);
     const std::string space = Drawing + "chart";
     InsertBehind(range.Start->Parent(), range.Start,

@@ -5,13 +5,13 @@
 // are UTF-8, paths are path texts, sizes are points.
 #pragma once
 
-#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
+#include "reports/ooxml/CBookmarks.h"
 #include "reports/ooxml/CDocxForm.h"
 #include "reports/ooxml/CDocxTable.h"
 #include "reports/ooxml/CPackage.h"
@@ -60,21 +60,16 @@ public:
     // A picture as XML of a run.
     std::string PictureRun(const DocxPicture& picture, double width, double height);
 
+    // Gives the drawings of what was copied numbers of their own.
+    void NumberDrawings(XmlElement* copy);
+
 private:
-    struct Range {
-        XmlElement* Start = nullptr;
-        XmlElement* End = nullptr;
-    };
     struct Media {
         std::string Relation;
         std::string Path;
     };
 
-    void FindBookmarks();
-    Range Find(std::string_view bookmark);
-    // Both ends in paragraphs, and nothing between them.
-    Range Clear(std::string_view bookmark);
-    void MoveIntoParagraph(XmlElement* mark, bool start);
+    void FindNumbers(tinyxml2::XMLDocument& part);
     XmlElement* FirstTable(std::string_view bookmark);
     double TextWidth(XmlNode* near) const;
     std::string Run(const std::string& graphic, const std::string& name, double width, double height);
@@ -83,8 +78,7 @@ private:
     CPackage m_package;
     std::string m_mainPart;
     tinyxml2::XMLDocument m_xml;
-    // By name in small letters; the first of a name counts.
-    std::map<std::string, Range, std::less<>> m_bookmarks;
+    CBookmarks m_bookmarks{m_xml};
     // By hash of the content.
     std::unordered_multimap<std::uint64_t, Media> m_media;
     int m_lastDrawing = 0;

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "reports/ooxml/CBookmarks.h"
 #include "reports/ooxml/CDocx.h"
 
 namespace {
@@ -65,6 +66,7 @@ CDocxTable CDocxForm::Paste() {
     }
     tinyxml2::XMLDocument* document = m_parent->GetDocument();
     m_last = Insert(m_model->RootElement()->DeepClone(document));
+    m_document.NumberDrawings(m_last);
     m_at = m_before;
     // Two tables without a paragraph between them would become one, and a cell or body must end in a
     // paragraph.

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "reports/ooxml/CBookmarks.h"
 #include "reports/ooxml/CDocx.h"
 #include "reports/ooxml/COoxmlError.h"
 #include "shell/numbers.h"
@@ -74,6 +75,7 @@ void CDocxTable::CopyRowBelow(int row, int count, RowContent content) {
     XmlNode* last = model;
     for (int i = 0; i < count; ++i) {
         last = InsertBehind(model->Parent(), last, CopyOfRow(model, content));
+        m_document.NumberDrawings(last->ToElement());
         added.push_back(last->ToElement());
     }
     m_rows.insert(m_rows.begin() + row, added.begin(), added.end());

@@ -58,6 +58,14 @@ ZipEntry& CPackage::Entry(const std::string& name) {
     return m_entries[found->second];
 }
 
+std::vector<std::string> CPackage::Names() const {
+    std::vector<std::string> names;
+    for (const auto& [name, entry] : m_byName) {
+        names.push_back(name);
+    }
+    return names;
+}
+
 const std::string& CPackage::Bytes(const std::string& name) const {
     const auto found = m_byName.find(name);
     if (found == m_byName.end()) {

@@ -22,6 +22,7 @@ public:
 
     // Parts are named without a leading "/".
     bool Has(const std::string& name) const { return m_byName.contains(name); }
+    std::vector<std::string> Names() const;
     // Throws COoxmlError if it isn't there.
     const std::string& Bytes(const std::string& name) const;
     void Set(const std::string& name, std::string bytes);

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <vector>
 
+#include "reports/ooxml/CBookmarks.h"
 #include "reports/ooxml/xmltext.h"
 
 namespace {
@@ -71,15 +72,7 @@ void ClearCell(XmlElement* cell, XmlElement* kept) {
     for (XmlNode* node = cell->FirstChild(); node != nullptr;) {
         XmlNode* next = node->NextSibling();
         if (node != kept && !Is(node, "w:tcPr") && !IsBookmarkMark(node)) {
-            std::vector<XmlElement*> marks;
-            EachElement(node, [&](XmlElement* inner) {
-                if (IsBookmarkMark(inner)) {
-                    marks.push_back(inner);
-                }
-            });
-            for (XmlElement* mark : marks) {
-                kept->InsertEndChild(mark);
-            }
+            EachMark(node, [&](XmlElement* mark) { kept->InsertEndChild(mark); });
             Remove(node);
         }
         node = next;
@@ -88,10 +81,6 @@ void ClearCell(XmlElement* cell, XmlElement* kept) {
 }
 
 }  // namespace
-
-bool IsBookmarkMark(const XmlNode* node) {
-    return Is(node, "w:bookmarkStart") || Is(node, "w:bookmarkEnd");
-}
 
 XmlNode* InsertText(XmlElement* paragraph, XmlNode* before, std::string_view line, const XmlElement* look) {
     if (line.empty()) {
@@ -128,7 +117,7 @@ void ClearParagraph(XmlElement* paragraph) {
     for (XmlNode* node = paragraph->FirstChild(); node != nullptr;) {
         XmlNode* next = node->NextSibling();
         if (!Is(node, "w:pPr") && !IsBookmarkMark(node)) {
-            Remove(node);
+            RemoveButMarks(node);
         }
         node = next;
     }
@@ -174,9 +163,13 @@ std::string TextOf(XmlNode* element) {
 
 void InsertPictureOnTop(XmlElement* cell, const std::string& run) {
     XmlElement* first = FirstParagraph(cell);
-    const auto holdsNothing = [](XmlElement* paragraph) {
-        const XmlNode* last = paragraph->LastChild();
-        return last == nullptr || Is(last, "w:pPr") || IsBookmarkMark(last);
+    // Marks may stand behind its text.
+    const auto holdsNothing = [](const XmlElement* paragraph) {
+        const XmlNode* child = paragraph->FirstChild();
+        while (Is(child, "w:pPr") || IsBookmarkMark(child)) {
+            child = child->NextSibling();
+        }
+        return child == nullptr;
     };
     if (holdsNothing(first)) {
         first->InsertEndChild(NewRaw(cell->GetDocument(), run));
@@ -193,6 +186,9 @@ void RemoveUniqueMarks(XmlElement* element) {
         if (IsBookmarkMark(node)) {
             next = NextNodeBehind(node, element);
             Remove(node);
+        } else if (Is(node, "w:id") && Is(node->Parent(), "w:sdtPr")) {
+            next = NextNodeBehind(node, element);
+            Remove(node);  // a content control without a number is given one when it is opened
         } else if (XmlElement* inner = node->ToElement()) {
             inner->DeleteAttribute("w14:paraId");
             inner->DeleteAttribute("w14:textId");

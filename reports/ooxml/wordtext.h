@@ -8,7 +8,6 @@
 #include "reports/ooxml/xmltree.h"
 
 // Markers of bookmarks stay in their place when content goes.
-bool IsBookmarkMark(const XmlNode* node);
 
 // A run for each line at that place of a paragraph, behind `before`. "\n" is a line break, "\t" a tab.
 // Returns the last node added, or `before`. `look` is a w:rPr to be copied, or null.

@@ -11,6 +11,7 @@
 #include "reports/ooxml/ziparchive.h"
 #include "store/CDbRec.h"
 #include "tests/excel/CReadWorkbook.h"
+#include "tests/reports/documents.h"
 #include "tests/support/CTestFolder.h"
 #include "tests/support/CTestHome.h"
 
@@ -71,6 +72,7 @@ protected:
     CReadWorkbook Export() {
         const std::string file = Folder.Path("table.xlsx");
         EXPECT_TRUE(WriteInspectionTable(Db, file));
+        EXPECT_TRUE(FindValidator().empty() || IsValid(Folder.Host("table.xlsx")));
         return CReadWorkbook(Folder.Host("table.xlsx"));
     }
     static ReadCell Text(const std::string& text) { return {"", text, "", ""}; }

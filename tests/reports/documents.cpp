@@ -88,3 +88,13 @@ bool Convert(const fs::path& file, const std::string& format, const fs::path& fo
     const std::string extension = format.substr(0, format.find(':'));
     return std::system(command.c_str()) == 0 && fs::exists(folder / (file.stem().string() + "." + extension));
 }
+
+std::string FindValidator() {
+    const char* named = std::getenv("DROVANE_OOXML_VALIDATOR");
+    const std::string path = named != nullptr ? named : DROVANE_OOXML_VALIDATOR;
+    return fs::exists(path) ? path : std::string();
+}
+
+bool IsValid(const fs::path& file) {
+    return std::system(("'" + FindValidator() + "' '" + file.string() + "' >&2").c_str()) == 0;
+}

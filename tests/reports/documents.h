@@ -18,6 +18,10 @@ std::string MakeBitmap(int width, int height, int colour);
 
 // Empty if LibreOffice isn't there.
 std::string FindWordProcessor();
+// A strict validator of office documents, which ./test installs where node is; empty without it.
+std::string FindValidator();
+// True if it finds nothing wrong with the file.
+bool IsValid(const std::filesystem::path& file);
 // Converts a file of this machine into `folder`. Returns whether the new file is there: the program's exit
 // code doesn't tell.
 bool Convert(const std::filesystem::path& file, const std::string& format,

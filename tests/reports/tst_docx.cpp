@@ -380,6 +380,71 @@ TEST_F(Docx, ChartsCarryTheirNumbersTwice) {
     EXPECT_NE(sheet.find("<c r=\"B4\"><v>3</v></c>"), std::string::npos);
 }
 
+// Templates are restyled by their users, who don't see where the marks lie.
+TEST_F(Docx, MarksOutliveWhatIsTakenOutAroundThem) {
+    const auto text = [](const std::string& content) { return "<w:r><w:t>" + content + "</w:t></w:r>"; };
+    CDocx document(Write(MakeDocument(
+        "<w:p>" + text("1") + "<w:bookmarkStart w:id=\"1\" w:name=\"wide\"/>" + text("2") + "</w:p><w:p>" +
+        Bookmark("inner", text("3")) + "</w:p><w:p><w:hyperlink>" + Bookmark("link", text("4")) +
+        "</w:hyperlink>" + Bookmark("last", text("5")) + "<w:bookmarkEnd w:id=\"1\"/>" + text("6") +
+        "</w:p>" +
+        MakeTable("<w:bookmarkStart w:id=\"2\" w:name=\"row\"/><w:tr>" + Cell(Paragraph("a")) +
+                  Cell(Paragraph("b")) + "</w:tr><w:bookmarkEnd w:id=\"2\"/><w:tr>" + Cell(Paragraph("c")) +
+                  Cell("<w:p>" + text("d") + "<w:bookmarkEnd w:id=\"9\"/></w:p>") + "</w:tr>"))));
+    document.SetText("wide", "new");
+    for (const char* name : {"inner", "link", "last"}) {
+        document.SetText(name, std::string("<") + name + ">");
+    }
+    ChartSpec chart;
+    chart.Names = {"x"};
+    chart.Values = {1};
+    document.SetChart("row", chart);
+    const std::string file = m_folder.WriteFile("p.bmp", MakeBitmap(30, 24, 1));
+    document.Table("row").AddPicture(2, 2, *document.LoadPicture(file), 10, 10);
+    const std::string xml = SavedText(document);
+    for (const char* part : {"&lt;inner&gt;", "&lt;link&gt;", "&lt;last&gt;", "new"}) {
+        EXPECT_NE(xml.find(part), std::string::npos) << part;
+    }
+    // Rows hold cells and cells paragraphs, also where the marks of a chart stand between rows.
+    EXPECT_EQ(xml.find("</w:tr><w:p"), std::string::npos) << xml;
+    EXPECT_EQ(xml.find("<w:tblGrid/><w:p"), std::string::npos) << xml;
+    EXPECT_LT(xml.find("c:chart"), xml.find(">b<"));
+    // The picture stands above its caption, though a mark ends behind it.
+    EXPECT_LT(xml.rfind("<w:drawing>"), xml.find(">d<"));
+}
+
+TEST_F(Docx, CopiesBearNumbersOfTheirOwn) {
+    const std::string drawing =
+        "<w:p><w:sdt><w:sdtPr><w:id w:val=\"77\"/></w:sdtPr><w:sdtContent><w:r><w:drawing><wp:inline "
+        "xmlns:wp=\"urn:wp\"><wp:docPr id=\"5\" name=\"x\"/></wp:inline></w:drawing></w:r></w:sdtContent>"
+        "</w:sdt></w:p>";
+    std::vector<ZipEntry> entries = ReadZip(MakeDocument(
+        "<w:p>" + Bookmark("t", "") + "</w:p>" +
+        MakeTable("<w:tr>" + Cell(Bookmark("form", "") + drawing) + "</w:tr>") + Paragraph("end")));
+    for (ZipEntry& entry : entries) {
+        if (entry.Name == "[Content_Types].xml") {
+            entry.Bytes.insert(entry.Bytes.find("</Types>"),
+                               "<Override PartName=\"/word/header1.xml\" ContentType=\"application/"
+                               "vnd.openxmlformats-officedocument.wordprocessingml.header+xml\"/>");
+        }
+    }
+    entries.push_back({"word/header1.xml",
+                       "<w:hdr xmlns:w=\"urn:w\" xmlns:wp=\"urn:wp\"><wp:docPr id=\"9\"/></w:hdr>",
+                       {},
+                       6});
+    CDocx document(Write(WriteZip(entries)));
+    CDocxForm form = document.TakeForm("form");
+    for (int i = 0; i < 2; ++i) {
+        form.Paste().CopyRow(1, 2);
+    }
+    const std::string xml = SavedText(document);
+    EXPECT_EQ(CountOf(xml, "<wp:docPr"), 6);
+    for (int number = 10; number < 16; ++number) {
+        EXPECT_EQ(CountOf(xml, "<wp:docPr id=\"" + std::to_string(number) + "\""), 1) << number;
+    }
+    EXPECT_LE(CountOf(xml, "w:val=\"77\""), 1);
+}
+
 TEST_F(Docx, BadTemplatesAreRefused) {
     const auto refused = [&](const std::string& bytes) {
         const std::string path = Write(bytes);

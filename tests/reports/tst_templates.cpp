@@ -227,6 +227,14 @@ TEST_P(Template, IsFilledAndReadByOthers) {
     }
 }
 
+TEST_P(Template, FilledIsValid) {
+    if (FindValidator().empty()) {
+        GTEST_SKIP() << "the validator of office documents isn't installed";
+    }
+    Fill(Name(".dotx"), "out/filled.docx");
+    EXPECT_TRUE(IsValid(m_folder.Host("out/filled.docx")));
+}
+
 // A user may restyle a template; then it has gone through a word processor.
 TEST_P(Template, StillFillsAfterAWordProcessor) {
     if (FindWordProcessor().empty()) {
