@@ -4,6 +4,7 @@
 #include "reports/evaluators.h"
 #include "reports/reportdata.h"
 #include "shell/CHostFiles.h"
+#include "shell/CUnixFile.h"
 #include "shell/seams.h"
 
 CRecExport::CRecExport() : m_document(std::make_unique<CReportDocument>()) {}
@@ -35,5 +36,7 @@ std::string CRecExport::ReportBytes() const {
 }
 
 bool CRecExport::SaveReport(std::string_view path) const {
-    return HostFiles().WriteFile(path, ReportBytes());
+    return HostFiles().WriteFile(path, [this](const CUnixFile& file) {
+        return m_document->Write([&file](std::string_view text) { return file.WriteAll(text); });
+    });
 }

@@ -2,28 +2,20 @@
 // file are in the code page, without saying so.
 #pragma once
 
-#include <memory>
 #include <string>
 
-class TiXmlDocument;
-class TiXmlElement;
+#include "reports/CReportElement.h"
 
 class CReportDocument {
 public:
-    // With its declaration and the element ProjectInfo, which stands apart at first.
-    CReportDocument();
-    ~CReportDocument();
-    CReportDocument(const CReportDocument&) = delete;
-    CReportDocument& operator=(const CReportDocument&) = delete;
-
-    TiXmlElement& ProjectInfo() { return *m_projectInfo; }
+    CReportElement& ProjectInfo() { return m_projectInfo; }
     // Makes ProjectInfo the root, once. So what was given up half way never has a root.
-    void Join();
-    // The file, in the code page.
+    void Join() { m_joined = true; }
+    // The file, in the code page, piece by piece. False as soon as the sink is.
+    bool Write(const CReportElement::Sink& sink) const;
     std::string Bytes() const;
 
 private:
-    std::unique_ptr<TiXmlDocument> m_document;
-    std::unique_ptr<TiXmlElement> m_apart;  // ProjectInfo until it is joined
-    TiXmlElement* m_projectInfo;            // the document's afterwards
+    CReportElement m_projectInfo{"ProjectInfo"};
+    bool m_joined = false;
 };

@@ -24,9 +24,9 @@ int SumOf(const GradeCounts& counts) {
     return std::accumulate(counts.begin(), counts.end(), 0);
 }
 
-void AddTypes(TiXmlElement& projectInfo, const std::vector<std::string>& codes, const DefectTally& tally) {
+void AddTypes(CReportElement& projectInfo, const std::vector<std::string>& codes, const DefectTally& tally) {
     for (const DefectType& type : DefectTypes) {
-        TiXmlElement& inner = AddElement(AddElement(projectInfo, type.Outer), type.Inner);
+        CReportElement& inner = AddElement(AddElement(projectInfo, type.Outer), type.Inner);
         const auto place = std::find_if(codes.begin(), codes.end(), [&](const std::string& code) {
             return EqualNoCase(code, type.Code);
         });
@@ -68,7 +68,7 @@ DefectTally TallyDefects(const ReportRecords& records, std::size_t codes) {
     return tally;
 }
 
-void AddDefectTypes(TiXmlElement& projectInfo, const std::vector<std::string>& codes,
+void AddDefectTypes(CReportElement& projectInfo, const std::vector<std::string>& codes,
                     const DefectTally& tally) {
     AddTypes(projectInfo, codes, tally);
 
@@ -80,17 +80,17 @@ void AddDefectTypes(TiXmlElement& projectInfo, const std::vector<std::string>& c
     }
     for (std::size_t i = 0; i < Grades; ++i) {
         const int number = static_cast<int>(i) + 1;
-        TiXmlElement& outer = AddElement(projectInfo, NumberedName("defeatALLS", number));
+        CReportElement& outer = AddElement(projectInfo, NumberedName("defeatALLS", number));
         SetInt(AddElement(outer, NumberedName("defeatALL", number)), NumberedName("sumlevel", number),
                totals[i]);
     }
-    TiXmlElement& all = AddElement(AddElement(projectInfo, "defeatALLS5"), "defeatALL5");
+    CReportElement& all = AddElement(AddElement(projectInfo, "defeatALLS5"), "defeatALL5");
     SetInt(all, "sumlevelALL", SumOf(totals));
 
-    TiXmlElement& pie = AddElement(projectInfo, "PieCharts");
+    CReportElement& pie = AddElement(projectInfo, "PieCharts");
     std::vector<int> sums;
     for (std::size_t i = 0; i < codes.size(); ++i) {
-        TiXmlElement& slice = AddElement(pie, "PipeSection");
+        CReportElement& slice = AddElement(pie, "PipeSection");
         const auto* type =
             std::find_if(std::begin(DefectTypes), std::end(DefectTypes),
                          [&](const DefectType& known) { return EqualNoCase(codes[i], known.Code); });

@@ -8,7 +8,7 @@
 
 #include "reports/CReportSource.h"
 
-class TiXmlElement;
+class CReportElement;
 
 inline constexpr std::size_t Grades = 4;
 
@@ -31,5 +31,5 @@ std::span<const DefectType> KnownDefectTypes();
 DefectTally TallyDefects(const ReportRecords& records, std::size_t codes);
 
 // The elements of the sixteen defects that the data file knows by name, of the totals, and of the pie chart.
-void AddDefectTypes(TiXmlElement& projectInfo, const std::vector<std::string>& codes,
+void AddDefectTypes(CReportElement& projectInfo, const std::vector<std::string>& codes,
                     const DefectTally& tally);

@@ -56,7 +56,7 @@ constexpr std::ptrdiff_t FirstRatingGN = 11;
 
 using RowStart = std::vector<std::string>::const_iterator;
 
-void SetRating(TiXmlElement& element, const RatingNames& names, RowStart first) {
+void SetRating(CReportElement& element, const RatingNames& names, RowStart first) {
     SetTexts(element, {{names.Average, first[0]},
                        {names.Max, first[1]},
                        {names.Level, first[2]},
@@ -66,8 +66,8 @@ void SetRating(TiXmlElement& element, const RatingNames& names, RowStart first) 
 }
 
 // `row` is the section's row in the table.
-void AddSection(TiXmlElement& evaluates, int number, const SectionGrade& grade, RowStart row) {
-    TiXmlElement& element = AddElement(evaluates, NumberedName("Evaluate", number));
+void AddSection(CReportElement& evaluates, int number, const SectionGrade& grade, RowStart row) {
+    CReportElement& element = AddElement(evaluates, NumberedName("Evaluate", number));
     SetTexts(element, {{"strStartWell", grade.Section.StartWell},
                        {"strEndWell", grade.Section.EndWell},
                        {"name", row[0]},
@@ -85,8 +85,9 @@ void AddSection(TiXmlElement& evaluates, int number, const SectionGrade& grade, 
     }
 }
 
-void AddRecords(TiXmlElement& projectInfo, int number, const CRecDataArray& records, const CDbRec& database) {
-    TiXmlElement& section = AddElement(projectInfo, NumberedName("EvaluateDefeat", number));
+void AddRecords(CReportElement& projectInfo, int number, const CRecDataArray& records,
+                const CDbRec& database) {
+    CReportElement& section = AddElement(projectInfo, NumberedName("EvaluateDefeat", number));
     for (const _REC_DATA& record : records) {
         const std::string_view fullName = FullDefectName(database, record.DefectCode);
         const bool normal = IsNormalName(fullName);
@@ -99,7 +100,7 @@ void AddRecords(TiXmlElement& projectInfo, int number, const CRecDataArray& reco
 }
 
 // The brackets of the first sentence differ, as they do in every report made so far.
-void SetSummary(TiXmlElement& describe, TiXmlElement& defeatDescribe, const ProjectSummary& summary) {
+void SetSummary(CReportElement& describe, CReportElement& defeatDescribe, const ProjectSummary& summary) {
     const std::string total = FormatInt(summary.Sections);
     const std::string structural = FormatInt(summary.StructuralSections);
     const std::string functional = FormatInt(summary.FunctionalSections);
@@ -147,10 +148,10 @@ bool EvaluateProject(CDbRec& database, CReportDocument& document, ReportLists& l
         GradeSections(ScoringRoute::National, std::move(chosen.Sections), K, T);
     ProjectStatistics statistics = MakeProjectStatistics(grades);
 
-    TiXmlElement& projectInfo = document.ProjectInfo();
-    TiXmlElement& evaluates = AddElement(projectInfo, "Evaluates");
-    TiXmlElement& defeatDescribe = AddElement(AddElement(projectInfo, "EvaluatesDefeat"), "DefeatDescribe");
-    TiXmlElement& describe = AddElement(AddElement(projectInfo, "DefeatDescribecount"), "Describe");
+    CReportElement& projectInfo = document.ProjectInfo();
+    CReportElement& evaluates = AddElement(projectInfo, "Evaluates");
+    CReportElement& defeatDescribe = AddElement(AddElement(projectInfo, "EvaluatesDefeat"), "DefeatDescribe");
+    CReportElement& describe = AddElement(AddElement(projectInfo, "DefeatDescribecount"), "Describe");
     SetInt(describe, "Testingnum", chosen.OfProject);
     RowStart row = statistics.SectionRows.begin() + 1;
     int number = 0;

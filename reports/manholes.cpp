@@ -93,10 +93,10 @@ std::vector<std::string> WellTotalRows(const ManholeCounts& counts) {
     return rows;
 }
 
-void AddManholes(TiXmlElement& projectInfo, const ManholeCounts& counts) {
-    TiXmlElement& table = AddElement(projectInfo, "Jcjs");
+void AddManholes(CReportElement& projectInfo, const ManholeCounts& counts) {
+    CReportElement& table = AddElement(projectInfo, "Jcjs");
     for (const auto& row : counts) {
-        TiXmlElement& element = AddElement(table, "Jcj");
+        CReportElement& element = AddElement(table, "Jcj");
         for (std::size_t i = 0; i < ManholeColumns; ++i) {
             SetInt(element, NumberedName("icol", static_cast<int>(i)), row[i]);
         }

@@ -8,7 +8,7 @@
 
 #include "reports/CReportSource.h"
 
-class TiXmlElement;
+class CReportElement;
 
 inline constexpr std::size_t ManholeTypes = 12;
 inline constexpr std::size_t ManholeColumns = 8;
@@ -24,4 +24,4 @@ ManholeCounts CountManholes(const ReportRecords& records);
 std::vector<std::string> WellDefectRows(const ReportRecords& records);
 // "13", then a row for each type and one of the sums: eight counts and "-".
 std::vector<std::string> WellTotalRows(const ManholeCounts& counts);
-void AddManholes(TiXmlElement& projectInfo, const ManholeCounts& counts);
+void AddManholes(CReportElement& projectInfo, const ManholeCounts& counts);

@@ -30,7 +30,7 @@ void Append(TextList& list, std::initializer_list<std::string> texts) {
     list.insert(list.end(), texts);
 }
 
-void SetProject(TiXmlElement& projectInfo, const CReportSource& source) {
+void SetProject(CReportElement& projectInfo, const CReportSource& source) {
     const _PRO_DATA& project = source.Project;
     const _TESTING_DATA& first = source.FirstSection;
     SetTexts(projectInfo, {{"strProjectName", project.ProjectName},
@@ -47,11 +47,11 @@ void SetProject(TiXmlElement& projectInfo, const CReportSource& source) {
 }
 
 // The format has one place for a picture: of two, the second stands in it.
-void AddDefects(TiXmlElement& projectInfo, const ReportRecords& records) {
-    TiXmlElement& table = AddElement(projectInfo, "Defeats");
+void AddDefects(CReportElement& projectInfo, const ReportRecords& records) {
+    CReportElement& table = AddElement(projectInfo, "Defeats");
     for (const ReportRecord& record : records) {
         const _REC_DATA& data = *record.Data;
-        TiXmlElement& element = AddElement(table, "Defeat");
+        CReportElement& element = AddElement(table, "Defeat");
         SetTexts(element, {{"DefectCode", data.DefectCode},
                            {"DistanceStart", WholeText(data.DistanceStart)},
                            {"DistanceEnd", WholeText(data.DistanceEnd)},
@@ -88,8 +88,8 @@ struct TotalLengths {
     float Detection = 0.0F;
 };
 
-TotalLengths AddSections(TiXmlElement& projectInfo, const SectionPointers& sections) {
-    TiXmlElement& table = AddElement(projectInfo, "PipeSections");
+TotalLengths AddSections(CReportElement& projectInfo, const SectionPointers& sections) {
+    CReportElement& table = AddElement(projectInfo, "PipeSections");
     TotalLengths totals;
     for (const _TESTING_DATA* section : sections) {
         SetTexts(AddElement(table, "PipeSection"), {{"Name", section->TestingName},
@@ -106,9 +106,9 @@ TotalLengths AddSections(TiXmlElement& projectInfo, const SectionPointers& secti
     return totals;
 }
 
-void AddDefectSentences(TiXmlElement& projectInfo, const CReportSource& source) {
+void AddDefectSentences(CReportElement& projectInfo, const CReportSource& source) {
     const _TESTING_DATA missing;
-    TiXmlElement& table = AddElement(projectInfo, "defeats123");
+    CReportElement& table = AddElement(projectInfo, "defeats123");
     for (const ReportRecord& record : source.Records) {
         if (!record.IsDefect()) {
             continue;
@@ -214,7 +214,7 @@ bool BuildReportData(CDbRec& database, CReportDocument& document, ReportLists& l
         return false;
     }
     document.Join();
-    TiXmlElement& projectInfo = document.ProjectInfo();
+    CReportElement& projectInfo = document.ProjectInfo();
     const SectionPointers sections = DistinctSections(source.Sections);
     const DefectTally tally = TallyDefects(source.Records, lists.Codes.size());
     const ReportRecords defects = DefectsOf(source);

@@ -70,7 +70,7 @@ ShownRecord Show(const CReportSource& source, const ReportRecord& record) {
     return shown;
 }
 
-void AddSectionElement(TiXmlElement& totals, int number, const _TESTING_DATA& section,
+void AddSectionElement(CReportElement& totals, int number, const _TESTING_DATA& section,
                        const std::string& video, const SectionIndexes& indexes) {
     SetTexts(AddElement(totals, NumberedName("TablesBigTotal", number)),
              {{"strTestingName", section.TestingName},
@@ -91,8 +91,8 @@ void AddSectionElement(TiXmlElement& totals, int number, const _TESTING_DATA& se
               {"strLocation", section.Location}});
 }
 
-void AddRecordElement(TiXmlElement& table, const _REC_DATA& data, const ShownRecord& shown) {
-    TiXmlElement& element = AddElement(table, "Tablel123");
+void AddRecordElement(CReportElement& table, const _REC_DATA& data, const ShownRecord& shown) {
+    CReportElement& element = AddElement(table, "Tablel123");
     SetTexts(element, {{"defectId", FormatInt(data.ID)},
                        {"pos", shown.Clock},
                        {"strFullName", shown.FullName},
@@ -111,8 +111,8 @@ void AddRecordElement(TiXmlElement& table, const _REC_DATA& data, const ShownRec
 }
 
 // The second picture's element has the path of the first and the name of the second.
-void AddPictureElements(TiXmlElement& pictures, const _REC_DATA& data, const ShownRecord& shown) {
-    TiXmlElement& first = AddElement(pictures, "Picture");
+void AddPictureElements(CReportElement& pictures, const _REC_DATA& data, const ShownRecord& shown) {
+    CReportElement& first = AddElement(pictures, "Picture");
     SetTexts(first, {{"defectId", FormatInt(data.ID)}, {"picPath", shown.Picture1}});
     if (!data.Pictures.IsEmpty()) {
         SetText(first, "PicNewName1", GetFileName(shown.Picture1));
@@ -146,14 +146,14 @@ void AppendForm(TextList& forms, const _TESTING_DATA& section, const std::string
 
 }  // namespace
 
-void AddSectionBlocks(TiXmlElement& projectInfo, const CReportSource& source, ReportLists& lists) {
+void AddSectionBlocks(CReportElement& projectInfo, const CReportSource& source, ReportLists& lists) {
     const auto indexesByLabel = IndexesByLabel(lists.SectionRows);
     std::unordered_map<std::int32_t, ReportRecords> recordsOf;
     for (const ReportRecord& record : source.AllRecords) {
         recordsOf[record.Data->TestingID].push_back(record);
     }
 
-    TiXmlElement& totals = AddElement(projectInfo, "TablesBigTotals");
+    CReportElement& totals = AddElement(projectInfo, "TablesBigTotals");
     TextList forms;
     int number = 0;
     for (int i = source.Sections.GetUpperBound(); i >= 0; --i) {
@@ -163,8 +163,8 @@ void AddSectionBlocks(TiXmlElement& projectInfo, const CReportSource& source, Re
         const std::string video = GetFileName(section.FirstVideo());
         AddSectionElement(totals, number, section, video, indexes);
 
-        TiXmlElement& table = AddElement(projectInfo, NumberedName("TablesBig", number));
-        TiXmlElement& pictures = AddElement(projectInfo, NumberedName("Pictures", number));
+        CReportElement& table = AddElement(projectInfo, NumberedName("TablesBig", number));
+        CReportElement& pictures = AddElement(projectInfo, NumberedName("Pictures", number));
         TextList defectRows;
         for (const ReportRecord& record : recordsOf[section.ID]) {
             const ShownRecord shown = Show(source, record);

@@ -6,19 +6,19 @@
 #include <string>
 #include <string_view>
 
-class TiXmlElement;
+class CReportElement;
 
 // The parent owns it.
-TiXmlElement& AddElement(TiXmlElement& parent, const std::string& name);
+CReportElement& AddElement(CReportElement& parent, const std::string& name);
 // "Name7".
 std::string NumberedName(std::string_view name, std::int64_t number);
 
 // A value that was set before is replaced at its place.
-void SetText(TiXmlElement& element, const std::string& name, const std::string& value);
-void SetInt(TiXmlElement& element, const std::string& name, std::int64_t value);
+void SetText(CReportElement& element, const std::string& name, const std::string& value);
+void SetInt(CReportElement& element, const std::string& name, std::int64_t value);
 
 struct XmlText {
     const char* Name;
     const std::string& Value;  // lives until the end of the call
 };
-void SetTexts(TiXmlElement& element, std::initializer_list<XmlText> texts);
+void SetTexts(CReportElement& element, std::initializer_list<XmlText> texts);
