@@ -9,6 +9,7 @@
 #include "shell/CHostFiles.h"
 #include "shell/seams.h"
 #include "shell/textcodec.h"
+#include "shell/xmlbounds.h"
 
 using tinyxml2::XMLElement;
 
@@ -155,6 +156,9 @@ bool Parse(tinyxml2::XMLDocument& document, std::string_view path, const CValueR
     }
     if (bytes->find('\0') != std::string::npos) {
         return reader.Miss("zero bytes in the text: " + std::string(path));
+    }
+    if (HasTooManyAttributes(*bytes)) {
+        return reader.Miss("an element with thousands of attributes: " + std::string(path));
     }
     if (document.Parse(bytes->data(), bytes->size()) != tinyxml2::XML_SUCCESS) {
         return reader.Miss(document.ErrorStr());

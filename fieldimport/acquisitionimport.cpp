@@ -9,6 +9,7 @@
 #include "fieldimport/acquisition.h"
 #include "shell/CHostFiles.h"
 #include "shell/CPrompts.h"
+#include "shell/CSilentPrompts.h"
 #include "shell/numbers.h"
 #include "shell/paths.h"
 #include "shell/seams.h"
@@ -72,6 +73,51 @@ _REC_DATA MakeRecord(const CDbRec& database, const _TESTING_DATA& section, const
     return record;
 }
 
+// Keeps what is shown, beside showing it.
+class CHeardPrompts : public CSilentPrompts {
+public:
+    explicit CHeardPrompts(CPrompts& shown) : m_shown(shown) {}
+    void ShowMessage(int number, const std::string& text) override {
+        Last = text;
+        m_shown.ShowMessage(number, text);
+    }
+    bool AskOkCancel(int number, const std::string& text) override {
+        return m_shown.AskOkCancel(number, text);
+    }
+
+    std::string Last;
+
+private:
+    CPrompts& m_shown;
+};
+
+std::string PlaceOf(std::string_view path, std::size_t number, const AcquisitionItem& item) {
+    return GetFileName(path) + ", item " + FormatInt(static_cast<std::int64_t>(number)) + " (" + item.Code +
+           ")";
+}
+
+// What a value was taken as, where that isn't what stands there.
+void NoteConversions(const std::string& place, const AcquisitionItem& item, std::vector<std::string>& lines) {
+    const auto note = [&](const char* name, const std::string& text, const std::string& taken) {
+        lines.push_back(place + ": " + name + " \"" + text + "\" taken as " + taken);
+    };
+    for (const auto& [name, text] : {std::pair("level", item.Level), std::pair("time", item.ClockStart),
+                                     std::pair("time", item.ClockEnd)}) {
+        const std::optional<double> number = ParseWholeDouble(text);
+        if (const std::uint8_t taken = ParseByte(text); !number || *number != taken) {
+            note(name, text, FormatInt(taken));
+        }
+    }
+    for (const auto& [name, text] :
+         {std::pair("dist", item.Dist), std::pair("len", item.Len), std::pair("Longitude", item.Longitude),
+          std::pair("Latitude", item.Latitude), std::pair("picfilename time", item.PicTime),
+          std::pair("picfilename2 time", item.PicTime2)}) {
+        if (!text.empty() && !ParseWholeDouble(text)) {
+            note(name, text, FormatNumber(ParseDouble(text), 12));
+        }
+    }
+}
+
 bool Refuse(int message) {
     ShowMessage(message);
     return false;
@@ -86,8 +132,8 @@ bool HasSection(CDbRec& database, const _TESTING_DATA& section, bool& exists) {
     }
 }
 
-bool StoreAcquisition(CDbRec& database, const _TESTING_DATA& section,
-                      const std::vector<AcquisitionItem>& items) {
+bool StoreAcquisition(CDbRec& database, const _TESTING_DATA& section, std::string_view path,
+                      const std::vector<AcquisitionItem>& items, ImportNotes& notes) {
     try {
         CDbBatch batch(database);
         if (!database.AddTesting(section)) {
@@ -97,9 +143,16 @@ bool StoreAcquisition(CDbRec& database, const _TESTING_DATA& section,
         if (!database.FindTestingByWells(section.StartWell, section.EndWell, &stored)) {
             return Refuse(2007);
         }
-        for (const AcquisitionItem& item : items) {
-            if (!database.AddRecord(MakeRecord(database, stored, item)) && batch.IsLost()) {
+        CHeardPrompts heard(Prompts());
+        const CSeamScope scope({.Prompts = &heard});
+        for (std::size_t i = 0; i < items.size(); ++i) {
+            const std::string place = PlaceOf(path, i + 1, items[i]);
+            if (database.AddRecord(MakeRecord(database, stored, items[i]))) {
+                NoteConversions(place, items[i], notes.Converted);
+            } else if (batch.IsLost()) {
                 return false;  // the message came from AddRecord; each further item would only repeat it
+            } else {
+                notes.Refused.push_back(place + ": " + heard.Last);
             }
         }
         batch.Commit();
@@ -127,7 +180,7 @@ bool HasSonarData(std::string_view) {
     return false;
 }
 
-bool ImportAcquisition(CDbRec& database, std::string_view path, const CLineSink& sink) {
+bool ImportAcquisition(CDbRec& database, std::string_view path, const CLineSink& sink, ImportNotes* notes) {
     if (!database.IsOpen()) {
         return Refuse(2185);
     }
@@ -149,5 +202,7 @@ bool ImportAcquisition(CDbRec& database, std::string_view path, const CLineSink&
     if (!HasSection(database, section, exists)) {
         return false;
     }
-    return exists ? Refuse(2189) : StoreAcquisition(database, section, items);
+    ImportNotes unwanted;
+    return exists ? Refuse(2189)
+                  : StoreAcquisition(database, section, path, items, notes == nullptr ? unwanted : *notes);
 }

@@ -1,7 +1,9 @@
 // Makes a section with its defect records out of a field folder.
 #pragma once
 
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "shell/CLineSink.h"
 
@@ -14,7 +16,16 @@ class CDbRec;
 // and AddRecord.
 //
 // A crash or a full disk leaves all of the import in the project or nothing.
-bool ImportAcquisition(CDbRec& database, std::string_view path, const CLineSink& sink);
+//
+// `notes`, if wanted, gets a line for each item that was refused, with the reason, and for each value that
+// was taken as another one by the conversions below: a number that ends before the text does, an hour or
+// grade beyond a byte.
+struct ImportNotes {
+    std::vector<std::string> Refused;
+    std::vector<std::string> Converted;
+};
+bool ImportAcquisition(CDbRec& database, std::string_view path, const CLineSink& sink,
+                       ImportNotes* notes = nullptr);
 
 // A sonar description names the acquisition description beside it, near its beginning. It isn't imported yet.
 bool IsSonarDescription(std::string_view path);

@@ -4,8 +4,8 @@
 
 #include <cmath>
 #include <cstdio>
-#include <limits>
 #include <filesystem>
+#include <limits>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <stdexcept>

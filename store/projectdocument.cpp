@@ -139,7 +139,7 @@ private:
 
 }  // namespace
 
-bool DumpProject(CDbRec& database, std::string& json) {
+bool DumpProject(CDbRec& database, const std::function<void(std::string_view)>& sink) {
     _PRO_DATA attributes;
     CTestingDataArray sections;
     CRecDataArray records;
@@ -147,28 +147,38 @@ bool DumpProject(CDbRec& database, std::string& json) {
         !database.ReadRecords(-1, records, false)) {
         return false;
     }
-    std::unordered_map<std::int32_t, Json> bySection;
+    std::unordered_map<std::int32_t, std::vector<const _REC_DATA*>> bySection;
     for (const _REC_DATA& record : records) {
-        Json& list = bySection.try_emplace(record.TestingID, Json::array()).first->second;
-        list.push_back(RecordToDocument(record));
+        bySection[record.TestingID].push_back(&record);
     }
-    Json document = {{"attributes", ProjectToJson(attributes)}, {"sections", Json::array()}};
-    std::set<std::int32_t> owners;
+    const auto documents = [](const std::vector<const _REC_DATA*>& list) {
+        Json json = Json::array();
+        for (const _REC_DATA* record : list) {
+            json.push_back(RecordToDocument(*record));
+        }
+        return json;
+    };
+    sink("{\n \"attributes\": " + JsonText(ProjectToJson(attributes), 1) + ",\n \"sections\": ");
+    CJsonList printed(sink, 1);
     for (const _TESTING_DATA& section : sections) {
         Json entry = SectionToJson(section);
         const auto own = bySection.find(section.ID);
-        entry["records"] = own == bySection.end() ? Json::array() : std::move(own->second);
-        document["sections"].push_back(std::move(entry));
-        owners.insert(section.ID);
-    }
-    Json rest = Json::array();
-    for (const _REC_DATA& record : records) {
-        if (!owners.contains(record.TestingID)) {
-            rest.push_back(RecordToDocument(record));
+        entry["records"] = own == bySection.end() ? Json::array() : documents(own->second);
+        printed.Add(entry);
+        if (own != bySection.end()) {
+            own->second.clear();
         }
     }
-    document["recordsWithoutSection"] = std::move(rest);
-    json = JsonText(document);
+    printed.End();
+    sink(",\n \"recordsWithoutSection\": ");
+    CJsonList rest(sink, 1);
+    for (const _REC_DATA& record : records) {
+        if (!bySection[record.TestingID].empty()) {
+            rest.Add(RecordToDocument(record));
+        }
+    }
+    rest.End();
+    sink("\n}");
     return true;
 }
 

@@ -6,14 +6,16 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 class CDbRec;
 
-// False if something can't be read; its message was shown.
-bool DumpProject(CDbRec& database, std::string& json);
+// Gives the document piece by piece. False, with nothing given, if something can't be read; its message was
+// shown.
+bool DumpProject(CDbRec& database, const std::function<void(std::string_view)>& sink);
 
 struct LoadResult {
     bool Done = false;  // false: nothing was stored, message 2007 was shown

@@ -189,6 +189,23 @@ void RecordFromDocument(const Json& json, const std::string& place, _REC_DATA& r
     }
 }
 
-std::string JsonText(const Json& json) {
-    return json.dump(1, ' ', false, Json::error_handler_t::replace);
+std::string JsonText(const Json& json, int depth) {
+    std::string text = json.dump(1, ' ', false, Json::error_handler_t::replace);
+    if (depth > 0) {
+        const std::string indent(static_cast<std::size_t>(depth), ' ');
+        for (std::size_t at = text.find('\n'); at != std::string::npos; at = text.find('\n', at + 1)) {
+            text.insert(at + 1, indent);
+        }
+    }
+    return text;
+}
+
+void CJsonList::Add(const Json& entry) {
+    const std::string indent(static_cast<std::size_t>(m_depth) + 1, ' ');
+    m_sink((m_empty ? "[\n" : ",\n") + indent + JsonText(entry, m_depth + 1));
+    m_empty = false;
+}
+
+void CJsonList::End() {
+    m_sink(m_empty ? "[]" : "\n" + std::string(static_cast<std::size_t>(m_depth), ' ') + "]");
 }

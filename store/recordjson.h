@@ -2,6 +2,7 @@
 // "Infinity", "-Infinity"), since JSON has no such numbers.
 #pragma once
 
+#include <functional>
 #include <nlohmann/json_fwd.hpp>
 #include <string>
 
@@ -23,5 +24,19 @@ void ProjectFromJson(const nlohmann::ordered_json& json, const std::string& plac
 void SectionFromJson(const nlohmann::ordered_json& json, const std::string& place, _TESTING_DATA& section);
 void RecordFromDocument(const nlohmann::ordered_json& json, const std::string& place, _REC_DATA& record);
 
-// The document as text; bytes that are no UTF-8 don't stop it.
-std::string JsonText(const nlohmann::ordered_json& json);
+// The document as text; bytes that are no UTF-8 don't stop it. Inside other text `depth` levels deep.
+std::string JsonText(const nlohmann::ordered_json& json, int depth = 0);
+
+// Prints a list entry by entry, as JsonText prints it whole: a tree of 100,000 entries takes half a gigabyte.
+class CJsonList {
+public:
+    using Sink = std::function<void(std::string_view text)>;
+    explicit CJsonList(Sink sink, int depth = 0) : m_sink(std::move(sink)), m_depth(depth) {}
+    void Add(const nlohmann::ordered_json& entry);
+    void End();
+
+private:
+    Sink m_sink;
+    int m_depth;
+    bool m_empty = true;
+};

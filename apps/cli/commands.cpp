@@ -12,7 +12,8 @@
 
 namespace {
 
-constexpr std::size_t MaxInputSize = 1u << 30;
+// The document of a project with 100,000 records has 60 MB; as a tree it takes several times that.
+constexpr std::size_t MaxInputSize = 128U << 20U;
 
 }  // namespace
 
@@ -67,7 +68,8 @@ std::string ShownPath(const std::string& path) {
 std::string ReadInput(const std::string& path, const std::string& shown) {
     std::optional<std::string> bytes = HostFiles().ReadFile(path, MaxInputSize);
     if (!bytes) {
-        throw std::runtime_error(shown + " can't be read");
+        throw std::runtime_error(shown + " can't be read, or is longer than " +
+                                 std::to_string(MaxInputSize >> 20U) + " MB");
     }
     return std::move(*bytes);
 }

@@ -2,6 +2,7 @@
 #include <nlohmann/json.hpp>
 #include <ostream>
 #include <stdexcept>
+#include <unordered_map>
 
 #include "apps/cli/CArguments.h"
 #include "apps/cli/CTextTable.h"
@@ -13,8 +14,6 @@
 #include "store/recordjson.h"
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 constexpr const char* ReadFailure = "the project can't be read";
 
@@ -29,10 +28,18 @@ int RunImportXml(const CommandContext& context) {
     int refused = 0;
     for (std::size_t i = 1; i < arguments.Places().size(); ++i) {
         const std::string& file = arguments.Places()[i];
-        if (!ImportAcquisition(database, PathArgument(context, file), sink)) {
+        ImportNotes notes;
+        if (!ImportAcquisition(database, PathArgument(context, file), sink, &notes)) {
             context.Err << file << ": refused\n";
             ++refused;
         }
+        for (const std::string& line : notes.Converted) {
+            context.Err << line << '\n';
+        }
+        for (const std::string& line : notes.Refused) {
+            context.Err << line << ": refused\n";
+        }
+        refused += notes.Refused.empty() ? 0 : 1;
     }
     return refused == 0 ? 0 : 1;
 }
@@ -47,17 +54,22 @@ int RunSections(const CommandContext& context) {
         throw std::runtime_error(ReadFailure);
     }
     if (arguments.Has("--json")) {
-        Json json = Json::array();
+        CJsonList list([&context](std::string_view text) { context.Out << text; });
         for (const _TESTING_DATA& section : sections) {
-            json.push_back(SectionToJson(section));
+            list.Add(SectionToJson(section));
         }
-        context.Out << JsonText(json) << '\n';
+        list.End();
+        context.Out << '\n';
         return 0;
     }
     CTextTable table({"ID", "Section", "Manholes", "Diameter", "Length", "Material", "Records", "Date"});
+    std::unordered_map<std::int32_t, std::int32_t> counts;
+    if (!database.CountRecordsBySection(counts)) {
+        throw std::runtime_error(ReadFailure);
+    }
     for (const _TESTING_DATA& section : sections) {
         table.Add({FormatInt(section.ID), section.TestingName, section.Label(), section.PipeDiameter,
-                   section.PipeLength, section.PipeMaterial, FormatInt(database.CountRecords(section.ID)),
+                   section.PipeLength, section.PipeMaterial, FormatInt(counts[section.ID]),
                    section.TestingDate});
     }
     table.Print(context.Out);
@@ -75,11 +87,12 @@ int RunRecords(const CommandContext& context) {
         throw std::runtime_error(ReadFailure);
     }
     if (arguments.Has("--json")) {
-        Json json = Json::array();
+        CJsonList list([&context](std::string_view text) { context.Out << text; });
         for (const _REC_DATA& record : records) {
-            json.push_back(RecordToJson(record));
+            list.Add(RecordToJson(record));
         }
-        context.Out << JsonText(json) << '\n';
+        list.End();
+        context.Out << '\n';
         return 0;
     }
     CTextTable table({"ID", "Section", "Code", "Grade", "Score", "From", "To", "Clock", "Comment"});
@@ -99,11 +112,10 @@ int RunDump(const CommandContext& context) {
     arguments.ExpectPlaces(1, 1);
     CDbRec database;
     OpenProject(database, context, arguments.Places()[0]);
-    std::string json;
-    if (!DumpProject(database, json)) {
+    if (!DumpProject(database, [&context](std::string_view text) { context.Out << text; })) {
         throw std::runtime_error(ReadFailure);
     }
-    context.Out << json << '\n';
+    context.Out << '\n';
     return 0;
 }
 

@@ -7,6 +7,7 @@
 
 #include "fieldimport/acquisition.h"
 #include "fieldimport/acquisitionimport.h"
+#include "shell/language.h"
 #include "shell/paths.h"
 #include "shell/textcodec.h"
 #include "tests/store/CProjectTest.h"
@@ -214,6 +215,30 @@ TEST_F(Acquisition, RecordsThatTheSectionRefusesArePassedOver) {
     Folder.Prompts.Expect(2800);
     EXPECT_TRUE(Import(With(Description(ItemOf("GDZC") + ItemOf("PL") + ItemOf("GDZC")), "值5\"", "W2\"")));
     EXPECT_EQ(Codes(), "PL XX GDZC ");
+}
+
+TEST_F(Acquisition, WhatWasRefusedOrTakenAsAnotherValueIsNamed) {
+    std::string bent = With(Item, "level=\"3\"", "level=\"300\"");
+    bent = With(With(bent, "dist=\"1.2344\"", "dist=\"6,20\""), "time=\"0306\"", "time=\"ab\"");
+    const std::string path = Folder.WriteFile("外业/管段一/a.xml", Description(Item + ItemOf("GDZC") + bent));
+    ImportNotes notes;
+    Folder.Prompts.Expect(2800);
+    EXPECT_TRUE(ImportAcquisition(
+        Database, path, [](const std::string&) {}, &notes));
+    ASSERT_EQ(notes.Refused.size(), 1U);
+    EXPECT_EQ(notes.Refused[0], "a.xml, item 2 (GDZC): " + LoadMessage(2800));
+    EXPECT_EQ(notes.Converted, (Lines{"a.xml, item 3 (PL): level \"300\" taken as 44",
+                                      "a.xml, item 3 (PL): time \"ab\" taken as 0",
+                                      "a.xml, item 3 (PL): dist \"6,20\" taken as 6"}));
+    // Attributes without end would keep the parser busy for good.
+    std::string many = Description();
+    std::string attributes;
+    for (int n = 0; n < 100'000; ++n) {
+        attributes += " a" + std::to_string(n) + "=\"\"";
+    }
+    many.insert(many.find("<item ") + 5, attributes);
+    EXPECT_FALSE(Import(many));
+    EXPECT_EQ(Printed.size(), 1U);
 }
 
 TEST_F(Acquisition, HostileTextsAreOnlyTexts) {

@@ -13,7 +13,7 @@ class Document : public CProjectTest {
 protected:
     std::string Dump(CDbRec& database) {
         std::string json;
-        EXPECT_TRUE(DumpProject(database, json));
+        EXPECT_TRUE(DumpProject(database, [&json](std::string_view text) { json += text; }));
         return json;
     }
     // Without what is given anew.

@@ -1,4 +1,8 @@
 // The review window's commands on the project and the program.
+#include <algorithm>
+#include <string>
+#include <vector>
+
 #include "fieldimport/acquisitionimport.h"
 #include "reports/CRecExport.h"
 #include "reports/dialogs/CDlgExport.h"
@@ -54,9 +58,29 @@ void ImportXmlCommand(CDlgProAtrrib& window) {
         ShowMessage(MessageSonarNotBuilt);
         return;
     }
-    const CWaitCursor wait;
-    // What is wrong with a description goes to nobody: a window has no standard output.
-    (void)ImportAcquisition(*window.Session().Database(), path, [](const std::string&) {});
+    ImportNotes notes;
+    std::string why;
+    {
+        const CWaitCursor wait;
+        const auto last = [&why](const std::string& line) { why = line; };
+        if (ImportAcquisition(*window.Session().Database(), path, last, &notes)) {
+            why.clear();
+        }
+    }
+    // A description that can't be read has shown no message; everything else has.
+    if (!why.empty()) {
+        ShowMessage(MessageNotImported, "\r\n" + path + "\r\n" + why);
+    }
+    constexpr std::size_t MostLines = 15;
+    std::vector<std::string> lines = notes.Refused;
+    lines.insert(lines.end(), notes.Converted.begin(), notes.Converted.end());
+    if (!lines.empty()) {
+        std::string text;
+        for (std::size_t i = 0; i < std::min(lines.size(), MostLines); ++i) {
+            text += "\r\n" + lines[i];
+        }
+        ShowMessage(MessageImportNotes, text + (lines.size() > MostLines ? "\r\n…" : ""));
+    }
 }
 
 void ExportExcelCommand(CDlgProAtrrib& window) {

@@ -87,3 +87,5 @@ inline constexpr int MessageSectionList = 3080;
 inline constexpr int MessageDefectList = 3081;
 inline constexpr int MessageReadOnlyTitle = 3333;
 inline constexpr int MessageReadOnlyTip = 3334;
+inline constexpr int MessageNotImported = 3335;
+inline constexpr int MessageImportNotes = 3336;
