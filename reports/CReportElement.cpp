@@ -50,8 +50,12 @@ void CReportElement::Set(std::string_view name, std::string_view value) {
         }
         at = end + 1;
     }
-    m_attributes.reserve(m_attributes.size() + key.size() + value.size() + 1);
     m_attributes.append(key).append(value).append(1, '\0');
+}
+
+void CReportElement::Reserve(std::size_t attributes, std::size_t bytes) {
+    constexpr std::size_t Around = 3;  // the name's number, and the end
+    m_attributes.reserve(m_attributes.size() + Around * attributes + bytes);
 }
 
 bool CReportElement::Print(const Sink& sink) const {

@@ -23,6 +23,9 @@ public:
     // control character, is left out.
     void Set(std::string_view name, std::string_view value);
 
+    // Room for so many more bytes of values in so many attributes, in one piece.
+    void Reserve(std::size_t attributes, std::size_t bytes);
+
     // Elements in lines of their own, indented by four blanks a level, as the readers of the file know it.
     // `sink` gets whole lines, some at a time.
     using Sink = std::function<bool(std::string_view text)>;

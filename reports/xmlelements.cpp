@@ -20,6 +20,11 @@ void SetInt(CReportElement& element, const std::string& name, std::int64_t value
 }
 
 void SetTexts(CReportElement& element, std::initializer_list<XmlText> texts) {
+    std::size_t bytes = 0;
+    for (const XmlText& text : texts) {
+        bytes += text.Value.size();
+    }
+    element.Reserve(texts.size(), bytes);
     for (const XmlText& text : texts) {
         SetText(element, text.Name, text.Value);
     }

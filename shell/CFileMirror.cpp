@@ -31,33 +31,37 @@ std::string ReadSource(const std::string& file) {
 
 CFileMirror::Mirror& CFileMirror::Resolve(std::string_view from, std::string_view to) {
     using Trust = CFolderCache::Trust;
+    CFolderCache& folders = m_files.m_folders;
     const auto known = m_mirrors.find(from);
     Mirror& mirror = known != m_mirrors.end() ? known->second : m_mirrors[std::string(from)];
-    if (mirror.To == to) {
-        if (!m_files.m_folders.IsSeen(*mirror.SourceFolder)) {
-            (void)m_files.m_folders.Look(mirror.SourceParent);
+    const std::size_t slash = to.rfind('\\') + 1;  // 0 without one
+    if (mirror.ToFolder != nullptr && *mirror.ToFolder == to.substr(0, slash) &&
+        mirror.ToName == to.substr(slash)) {
+        if (!folders.IsSeen(*mirror.SourceFolder)) {
+            (void)folders.Look(*mirror.SourceParent);
         }
-        if (!m_files.m_folders.IsSeen(*mirror.TargetFolder)) {
-            (void)m_files.m_folders.Look(mirror.TargetParent, Trust::OwnFolder);
+        if (!folders.IsSeen(*mirror.TargetFolder)) {
+            (void)folders.Look(*mirror.TargetParent, Trust::OwnFolder);
         }
         if (mirror.SourceFolder->Stamp == mirror.SourceStamp &&
             mirror.TargetFolder->Stamp == mirror.TargetStamp) {
             return mirror;
         }
     }
-    mirror.To = to;
+    mirror.ToFolder = Shared(std::string(to.substr(0, slash)));
+    mirror.ToName = to.substr(slash);
     const std::string source = m_files.Unresolved(from);
     const std::string target = m_files.Unresolved(to);
-    mirror.SourceParent = ParentOf(source);
-    mirror.TargetParent = ParentOf(target);
-    mirror.SourceFolder = &m_files.m_folders.Look(mirror.SourceParent);
-    mirror.TargetFolder = &m_files.m_folders.Look(mirror.TargetParent, Trust::OwnFolder);
+    mirror.SourceParent = Shared(ParentOf(source));
+    mirror.TargetParent = Shared(ParentOf(target));
+    mirror.SourceFolder = &folders.Look(*mirror.SourceParent);
+    mirror.TargetFolder = &folders.Look(*mirror.TargetParent, Trust::OwnFolder);
     const auto resolve = [&](CFolderCache::Folder& folder, const std::string& name) {
-        const std::string match = m_files.m_folders.Match(folder, name);
-        return Join(folder.Host, match.empty() ? name : match);
+        const std::string match = folders.Match(folder, name);
+        return match.empty() ? name : match;
     };
-    mirror.Source = resolve(*mirror.SourceFolder, NameOf(source));
-    mirror.Target = resolve(*mirror.TargetFolder, NameOf(target));
+    mirror.SourceName = resolve(*mirror.SourceFolder, NameOf(source));
+    mirror.TargetName = resolve(*mirror.TargetFolder, NameOf(target));
     mirror.Holds = false;
     mirror.SourceStamp = mirror.SourceFolder->Stamp;
     mirror.TargetStamp = mirror.TargetFolder->Stamp;
@@ -66,8 +70,8 @@ CFileMirror::Mirror& CFileMirror::Resolve(std::string_view from, std::string_vie
 
 bool CFileMirror::Copy(std::string_view from, std::string_view to) {
     Mirror& mirror = Resolve(from, to);
-    const std::string& source = mirror.Source;
-    const std::string& target = mirror.Target;
+    const std::string source = Join(mirror.SourceFolder->Host, mirror.SourceName);
+    const std::string target = Join(mirror.TargetFolder->Host, mirror.TargetName);
     struct stat sourceState {};
     if (stat(source.c_str(), &sourceState) != 0 || !S_ISREG(sourceState.st_mode)) {
         return false;

@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
+#include <utility>
 
 #include "shell/CFolderCache.h"
 
@@ -26,16 +28,18 @@ public:
 
 private:
     // Where a file resolves to, as long as neither folder changes.
+    // One a picture of a project, so what many share is kept once.
     struct Mirror {
-        std::string To;  // the copy's path text
+        const std::string* ToFolder = nullptr;  // the copy's path text, in two parts
+        std::string ToName;
         CFolderCache::Folder* SourceFolder = nullptr;
         CFolderCache::Folder* TargetFolder = nullptr;
         std::uint64_t SourceStamp = 0;
         std::uint64_t TargetStamp = 0;
-        std::string SourceParent;  // as written
-        std::string TargetParent;
-        std::string Source;
-        std::string Target;
+        const std::string* SourceParent = nullptr;  // as written
+        const std::string* TargetParent = nullptr;
+        std::string SourceName;  // what they are called in truth
+        std::string TargetName;
         // What the copy was made from, once it has been seen to hold; it stays so until the folder changes.
         bool Holds = false;
         off_t Size = 0;
@@ -48,9 +52,11 @@ private:
         std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
     };
 
+    const std::string* Shared(std::string text) { return &*m_shared.insert(std::move(text)).first; }
     Mirror& Resolve(std::string_view from, std::string_view to);
 
     CHostFiles& m_files;
+    std::unordered_set<std::string> m_shared;
     // By source path text.
     std::unordered_map<std::string, Mirror, TextHash, std::equal_to<>> m_mirrors;
     std::unordered_map<std::string, std::string> m_mirrored;  // copy to source, host paths
