@@ -35,6 +35,10 @@ bool AskOkCancel(int number) {
     return Prompts().AskOkCancel(number, LoadMessage(number));
 }
 
+std::size_t CPrompts::Choose(int, const std::string&, const std::vector<std::string>&) {
+    return 0;
+}
+
 std::vector<std::string> CPrompts::PickOpenFiles(const std::string& title,
                                                  const std::vector<FileFilter>& filters) {
     std::string path = PickOpenFile(title, filters);

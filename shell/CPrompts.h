@@ -26,6 +26,8 @@ public:
     virtual bool AskOkCancel(int number, const std::string& text) = 0;
     // Before something is lost or ended: the same box, in which Enter answers Cancel.
     virtual bool AskBeforeLoss(int number, const std::string& text) { return AskOkCancel(number, text); }
+    // One of several, as a number from 0; the first where nobody can be asked or nothing is chosen.
+    virtual std::size_t Choose(int number, const std::string& text, const std::vector<std::string>& options);
     // The choosers give path texts; empty when the operator cancels.
     virtual std::string PickOpenFile(const std::string& title, const std::vector<FileFilter>& filters) = 0;
     // Several at once, in the order chosen. By default one.

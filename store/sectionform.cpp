@@ -21,6 +21,7 @@ namespace {
 
 constexpr int MessageNoNumber = 3030;
 constexpr int MessageOutOfRange = 3031;
+constexpr int MessageWhichWells = 3337;
 constexpr std::size_t ShortestDate = 10;
 constexpr int DegreeDigits = 12;  // as they are stored
 constexpr int MetreDigits = 3;
@@ -275,6 +276,12 @@ void OfferNewPipeDefaults(SectionTexts& texts) {
     for (const auto& [control, field] : DefaultFields) {
         texts[control] = values.*field;
     }
+    // On a first start; nobody knows the places of manholes by heart.
+    for (const int control : {Id::StartLongitude, Id::StartLatitude, Id::EndLongitude, Id::EndLatitude}) {
+        if (texts[control].empty()) {
+            texts[control] = "0";
+        }
+    }
 }
 
 void KeepNewPipeDefaults(const SectionTexts& texts) {
@@ -295,6 +302,30 @@ void StoreWells(SectionForm& form, const WellPair& typed) {
     }
 }
 
+namespace {
+
+// "WS-A1-WS-A2" can be split at each of its "-", and only the operator knows where. The first is offered
+// first.
+WellPair ChooseWells(const std::string& title, const WellPair& first) {
+    std::vector<WellPair> pairs;
+    std::vector<std::string> options;
+    for (std::size_t at = title.find('-'); at != std::string::npos; at = title.find('-', at + 1)) {
+        WellPair pair{std::string(TrimBlanks(std::string_view(title).substr(0, at))),
+                      std::string(TrimBlanks(std::string_view(title).substr(at + 1)))};
+        if (!pair.Start.empty() && !pair.End.empty()) {
+            options.push_back(pair.Start + "  —  " + pair.End);
+            pairs.push_back(std::move(pair));
+        }
+    }
+    if (pairs.size() < 2) {
+        return first;
+    }
+    const std::string text = FillText(LoadMessage(MessageWhichWells), {title});
+    return pairs[Prompts().Choose(MessageWhichWells, text, options)];
+}
+
+}  // namespace
+
 bool AddVideos(SectionForm& form, const std::vector<std::string>& paths) {
     const std::size_t before = form.Videos.size();
     for (const std::string& path : paths) {
@@ -303,8 +334,13 @@ bool AddVideos(SectionForm& form, const std::vector<std::string>& paths) {
             continue;
         }
         WellPair wells;
-        if (!SplitVideoTitle(GetFileTitle(path), wells.Start, wells.End) && !AskOkCancel(2181)) {
-            break;
+        const std::string title = GetFileTitle(path);
+        if (!SplitVideoTitle(title, wells.Start, wells.End)) {
+            if (!AskOkCancel(2181)) {
+                break;
+            }
+        } else {
+            wells = ChooseWells(title, wells);
         }
         form.Videos.push_back(path);
         form.Wells.push_back(std::move(wells));
@@ -330,13 +366,9 @@ void CalculatePipeLength(SectionForm& form) {
     form.PipeLength = static_cast<float>(RoundTo(distance, 2));
 }
 
-std::optional<SectionProblem> CheckSectionForm(const SectionForm& form) {
-    if (form.TestingName.empty()) {
-        return Problem(2166, Id::Name);
-    }
-    if (form.Videos.empty()) {
-        return Problem(2167, Id::Videos);
-    }
+namespace {
+
+std::optional<SectionProblem> CheckWells(const SectionForm& form) {
     for (std::size_t row = 0; row < form.Videos.size(); ++row) {
         WellPair wells;
         (void)SplitVideoTitle(GetFileTitle(form.Videos[row]), wells.Start, wells.End);
@@ -347,13 +379,36 @@ std::optional<SectionProblem> CheckSectionForm(const SectionForm& form) {
             return Problem(2169, Id::EndWell, static_cast<int>(row), wells);
         }
     }
+    return std::nullopt;
+}
+
+}  // namespace
+
+std::optional<SectionProblem> CheckSectionForm(const SectionForm& form) {
+    std::vector<SectionProblem> problems;
+    if (form.TestingName.empty()) {
+        problems.push_back(Problem(2166, Id::Name));
+    }
+    if (form.Videos.empty()) {
+        problems.push_back(Problem(2167, Id::Videos));
+    }
+    if (const std::optional<SectionProblem> wells = CheckWells(form)) {
+        problems.push_back(*wells);
+    }
     if (form.PipeLength == 0.0F) {
-        return Problem(2170, Id::PipeLength);
+        problems.push_back(Problem(2170, Id::PipeLength));
     }
     if (ParseInt(form.PipeDiameter) == 0) {
-        return Problem(2171, Id::Diameter);
+        problems.push_back(Problem(2171, Id::Diameter));
     }
-    return std::nullopt;
+    if (problems.empty()) {
+        return std::nullopt;
+    }
+    // All at once, so that the operator doesn't run into one after the other.
+    for (std::size_t i = 1; i < problems.size(); ++i) {
+        problems.front().Text += "\r\n" + problems[i].Text;
+    }
+    return problems.front();
 }
 
 std::optional<_TESTING_DATA> WithPipeLength(const _TESTING_DATA& section) {

@@ -103,7 +103,7 @@ void ShowSectionForm(const SectionForm& form, SectionTexts& texts, int unread = 
 // The other way.
 std::optional<SectionProblem> ReadSectionForm(const SectionTexts& texts, SectionForm& form);
 
-// The values of the last new section, also where they are empty.
+// The values of the last new section, also where they are empty; coordinates that are show 0.
 void OfferNewPipeDefaults(SectionTexts& texts);
 void KeepNewPipeDefaults(const SectionTexts& texts);
 
@@ -111,7 +111,7 @@ void KeepNewPipeDefaults(const SectionTexts& texts);
 WellPair ShownWells(const SectionForm& form);
 void StoreWells(SectionForm& form, const WellPair& typed);
 
-// Paths that the list holds already are passed over. Asks with 2181 where a file name doesn't hold two
+// Paths that the list holds already are passed over. Asks with 3337 where a name can be split in several ways. Asks with 2181 where a file name doesn't hold two
 // manholes; Cancel leaves out this one and those behind it. Selects the last one added.
 bool AddVideos(SectionForm& form, const std::vector<std::string>& paths);
 void RemoveSelectedVideo(SectionForm& form);
@@ -119,7 +119,8 @@ void RemoveSelectedVideo(SectionForm& form);
 // The distance between the manholes, rounded to centimetres. Both must lie in the same hemisphere.
 void CalculatePipeLength(SectionForm& form);
 
-// 2166 to 2171. The manholes are checked as the file names tell them, whatever was typed.
+// 2166 to 2171; its text tells of all that is missing, the rest of it of the first. The manholes are checked
+// as the file names tell them, whatever was typed.
 std::optional<SectionProblem> CheckSectionForm(const SectionForm& form);
 // The section with the distances that OK would store for its pipe length, and all else as it is: imported
 // sections have none until then, so that no defect but one at 0 m can be stored in them. Nothing if it has no

@@ -6,6 +6,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QIcon>
+#include <QInputDialog>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QStringList>
@@ -80,6 +81,26 @@ bool CQtPrompts::AskOkCancel(int, const std::string& text) {
 
 bool CQtPrompts::AskBeforeLoss(int, const std::string& text) {
     return RunBox(QMessageBox::Question, text, QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
+}
+
+std::size_t CQtPrompts::Choose(int, const std::string& text, const std::vector<std::string>& options) {
+    QInputDialog dialog(QApplication::activeWindow());
+    dialog.setWindowTitle(QApplication::applicationDisplayName());
+    dialog.setLabelText(ToQt(text));
+    dialog.setOption(QInputDialog::UseListViewForComboBoxItems);
+    QStringList rows;
+    for (const std::string& option : options) {
+        rows << ToQt(option);
+    }
+    dialog.setComboBoxItems(rows);
+    dialog.setTextValue(rows.value(0));
+    if (const QString ok = MessageText(50); !ok.isEmpty()) {
+        dialog.setOkButtonText(ok);
+        dialog.setCancelButtonText(MessageText(51));
+    }
+    const bool chosen = dialog.exec() == QDialog::Accepted;
+    const qsizetype row = rows.indexOf(dialog.textValue());
+    return chosen && row > 0 ? static_cast<std::size_t>(row) : 0;
 }
 
 std::string CQtPrompts::Chosen(const QString& hostPath) {

@@ -9,6 +9,7 @@ class CQtPrompts : public CPrompts {
 public:
     void ShowMessage(int number, const std::string& text) override;
     bool AskOkCancel(int number, const std::string& text) override;
+    std::size_t Choose(int number, const std::string& text, const std::vector<std::string>& options) override;
     bool AskBeforeLoss(int number, const std::string& text) override;
     std::string PickOpenFile(const std::string& title, const std::vector<FileFilter>& filters) override;
     std::vector<std::string> PickOpenFiles(const std::string& title,

@@ -26,6 +26,11 @@ using Id = SectionControl;
 constexpr int IdRemove = 1030;
 constexpr int IdAdd = 1047;
 constexpr int IdCalculate = 1048;
+constexpr int MessageAllFiles = 3338;
+
+const std::vector<std::string> VideoPatterns = {
+    "*.avi", "*.mp4",  "*.mpg", "*.mpeg", "*.wmv", "*.mov", "*.mkv", "*.m4v", "*.asf", "*.ts",
+    "*.mts", "*.m2ts", "*.vob", "*.dat",  "*.flv", "*.3gp", "*.264", "*.265", "*.webm"};
 
 constexpr std::array<int, 15> TextControls{
     Id::StartLongitude, Id::StartLatitude, Id::EndLongitude, Id::EndLatitude, Id::Name,
@@ -81,6 +86,9 @@ CDlgNewTesting::CDlgNewTesting(QWidget* parent) : CSizeDlg(parent) {
     window->addLayout(MakeOkCancelRow());
     ApplyCaptions();
     MakeShortcuts();
+    for (const int id : {IdAdd, IdRemove, IdCalculate}) {
+        Item<QPushButton>(id)->setAutoDefault(false);  // Enter is OK's
+    }
     OnCommand(IdAdd, [this] { OnAddVideos(); });
     OnCommand(IdRemove, [this] { OnRemoveVideo(); });
     OnCommand(IdCalculate, [this] { OnCalculate(); });
@@ -311,9 +319,10 @@ void CDlgNewTesting::EnableControls() {
 
 void CDlgNewTesting::OnAddVideos() {
     ReadForm();
-    // All files are offered under this label: recorders name theirs in many ways.
-    const std::vector<std::string> paths =
-        Prompts().PickOpenFiles(LoadMessage(3042), {{LoadMessage(2180) + "(*.avi)", {"*.*"}}});
+    // Recorders name theirs in many ways.
+    const std::vector<std::string> paths = Prompts().PickOpenFiles(
+        LoadMessage(3042),
+        {{LoadMessage(2180) + "(*.avi)", VideoPatterns}, {LoadMessage(MessageAllFiles), {"*.*"}}});
     if (paths.empty()) {
         return;
     }
@@ -324,6 +333,9 @@ void CDlgNewTesting::OnAddVideos() {
     }
     ShowForm();
     EnableControls();
+    // Enter goes on from there, and doesn't choose files again.
+    Item<QLineEdit>(Id::StartWell)->setFocus();
+    Item<QLineEdit>(Id::StartWell)->selectAll();
 }
 
 void CDlgNewTesting::OnRemoveVideo() {
@@ -358,7 +370,10 @@ void CDlgNewTesting::OnCalculate() {
 }
 
 void CDlgNewTesting::OnOK() {
-    // The checks go on with what could be read.
+    // What is missing is told with all else that is. The checks go on with what could be read.
+    if (FromQt(Item<QLineEdit>(Id::PipeLength)->text()).empty()) {
+        Item<QLineEdit>(Id::PipeLength)->setText("0");
+    }
     ReadForm();
     m_form.DetectionLength = FromQt(Item<QLineEdit>(Id::DetectionLength)->text());
     m_form.Date = std::chrono::local_seconds(

@@ -6,6 +6,7 @@
 #include <QShortcut>
 
 #include "controls/icons.h"
+#include "lists/CTestingList.h"
 #include "shell/dialogs/CWaitCursor.h"
 #include "shell/dialogs/qttext.h"
 #include "shell/language.h"
@@ -14,7 +15,6 @@
 #include "store/catalogue.h"
 #include "store/dialogs/CDlgNewPro.h"
 #include "store/dialogs/CProjectList.h"
-#include "lists/CTestingList.h"
 
 namespace {
 

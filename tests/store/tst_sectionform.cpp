@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "shell/newpipedefaults.h"
 #include "store/sectionform.h"
 #include "tests/store/storedsection.h"
@@ -122,6 +124,8 @@ TEST_F(SectionFormTest, ChecksComeInOrder) {
         EXPECT_EQ(problem->Row, row) << message;
     };
     expectProblem(2166, Id::Name, -1);
+    // The others stand below it.
+    EXPECT_EQ(std::ranges::count(CheckSectionForm(form)->Text, '\n'), 3) << CheckSectionForm(form)->Text;
     form.TestingName = "段";
     expectProblem(2167, Id::Videos, -1);
     ASSERT_TRUE(AddVideos(form, {"\\v\\A-B.avi", "\\v\\-A.avi", "\\V\\a-b.AVI"}));
@@ -152,6 +156,11 @@ TEST_F(SectionFormTest, AskingForTheSecondManholeCanEndTheAdding) {
     EXPECT_EQ(form.Videos, std::vector<std::string>{"\\v\\A-.avi"});
     EXPECT_EQ(ShownWells(form), (WellPair{"A", "E"}));
     EXPECT_FALSE(AddVideos(form, {"\\v\\a-.avi"}));
+
+    // Where several splits are possible, the operator takes one.
+    Folder.Prompts.GiveChoice(1);
+    ASSERT_TRUE(AddVideos(form, {"\\v\\WS-A1-WS-A2.avi"}));
+    EXPECT_EQ(ShownWells(form), (WellPair{"WS-A1", "WS-A2"}));
 }
 
 }  // namespace

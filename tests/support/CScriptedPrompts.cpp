@@ -50,6 +50,17 @@ std::string CScriptedPrompts::PickSaveFile(const std::string&, const std::string
     return TakePath();
 }
 
+std::size_t CScriptedPrompts::Choose(int, const std::string& text, const std::vector<std::string>& options) {
+    m_lastText = text;
+    if (m_choices.empty()) {
+        return 0;
+    }
+    const std::size_t row = m_choices.front();
+    m_choices.pop_front();
+    EXPECT_LT(row, options.size()) << text;
+    return row;
+}
+
 std::string CScriptedPrompts::PickFolder(const std::string&) {
     return TakePath();
 }

@@ -21,11 +21,14 @@ public:
     void GivePaths(std::vector<std::string> paths) { m_pathLists.push_back(std::move(paths)); }
     // What the next colour chooser gives; nothing means Cancel.
     void GiveColour(std::optional<std::uint32_t> colour) { m_colours.push_back(colour); }
+    // The row taken in the next choice of several; the first without one.
+    void GiveChoice(std::size_t row) { m_choices.push_back(row); }
     bool AllCame() const { return m_expected.empty(); }
     const std::string& LastText() const { return m_lastText; }
 
     void ShowMessage(int number, const std::string& text) override;
     bool AskOkCancel(int number, const std::string& text) override;
+    std::size_t Choose(int number, const std::string& text, const std::vector<std::string>& options) override;
     std::string PickOpenFile(const std::string& title, const std::vector<FileFilter>& filters) override;
     std::string PickSaveFile(const std::string& title, const std::string& defaultName,
                              const std::string& defaultExtension,
@@ -48,5 +51,6 @@ private:
     std::deque<std::string> m_paths;
     std::deque<std::vector<std::string>> m_pathLists;
     std::deque<std::optional<std::uint32_t>> m_colours;
+    std::deque<std::size_t> m_choices;
     std::string m_lastText;
 };
