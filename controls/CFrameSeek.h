@@ -1,48 +1,41 @@
 // Leads the playing library to exactly the frame that a position means: the last whose time isn't after the
 // position. A quarter of a frame is tolerated, since positions come rounded. Pictures taken at a position
-// follow the same rule, so an operator gets the picture that he sees.
-//
-// The library itself shows the first frame from a position on, and in some files not even that one. So where
-// it landed is read after every seek and put right: where frames come in a steady row the way is aimed
-// between two frames and checked; elsewhere it goes to the first frame behind the position and one back.
+// follow the same rule, so an operator gets the picture that he sees. Wishes are met one after the other.
 #pragma once
 
 #include <QTimer>
-#include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
-#include <string>
-#include <vector>
 
-class CMpvCore;
+#include "controls/CSeekFile.h"
+#include "controls/CSeekWish.h"
+
+class CSeekPlayer;
 
 class CFrameSeek {
 public:
-    // The core must outlive it.
-    explicit CFrameSeek(CMpvCore& core);
+    using File = CSeekFile::Head;
 
-    // Of a file just loaded: times in seconds. Frame rate and duration are 0 if they aren't known.
-    struct File {
-        double FirstFrame = 0.0;
-        double FrameRate = 0.0;
-        double Duration = 0.0;
-        bool HasIndex = true;  // without one, the library only guesses where in the file a time lies
-    };
+    // The player must outlive it.
+    explicit CFrameSeek(CSeekPlayer& player);
+
+    // A file has just been loaded.
     void Begin(const File& file);
     void End();
-    void SetDuration(double seconds);  // grows with a file that is still being written
+    void SetDuration(double seconds) { m_file.SetDuration(seconds); }
 
     // Of many wishes while one is under way only the last counts. The file must be paused.
-    void GoTo(double seconds);
+    void GoTo(double seconds) { Want(SeekGoal::To, seconds); }
     // As GoTo, but nothing is done if the frame shown is the one already.
-    void StayAt(double seconds);
-    void StepBack();
-    void StepForward();
-    bool IsBusy() const { return m_goal != Goal::None; }
+    void StayAt(double seconds) { Want(SeekGoal::Stay, seconds); }
+    void StepBack() { Want(SeekGoal::Back, 0.0); }
+    void StepForward() { Want(SeekGoal::Forward, 0.0); }
+    bool IsBusy() const { return m_wish != nullptr; }
 
     void TakeRestart();             // the library's word that a picture is there
     void TakeTime(double seconds);  // of a frame that plays or was stepped to
-    void TakeEnd(bool atEnd) { m_atEnd = atEnd; }
+    void TakeEnd(bool atEnd);
 
     struct Arrival {
         std::optional<double> Time;     // of the frame shown, if it is known
@@ -52,60 +45,19 @@ public:
     std::function<void(const Arrival& arrival)> OnArrived;
 
 private:
-    enum class Goal { None, To, Stay, Back, Forward };
-    enum class Way {
-        Grid,    // to the frame counted out
-        Behind,  // to the first frame behind the position
-        Back,    // one frame back
-        Step,    // one frame on
-        Onto,    // to the frame that is the one
-        Look,    // which frame is shown
+    struct Wanted {
+        SeekGoal Goal;
+        double Seconds;
     };
-
-    void Want(Goal goal, double seconds);
+    void Want(SeekGoal goal, double seconds);
     void Start();
-    void SeekFrom(double seconds);
-    void GoGrid();
-    void GoBehind();
-    void GoBack();
-    void GoForward();
-    void GoOnto(double seconds);
-    void Send(Way way, const std::vector<std::string>& words);
-    void Look();
-    void Landed(double time);
-    void LandedOnGrid(double time);
-    void LandedBack(double time);
-    void Weigh(double time);
-    void Arrive(std::optional<double> time);
-    void Note(double time);
-    static bool SameTime(std::optional<double> former, double time);
-    void SetLead(double seconds);
-    double GridNumber(double time) const { return (time - m_file.FirstFrame) / m_step; }
+    void Arrive(std::optional<double> time, bool byPosition);
 
-    CMpvCore& m_core;
-    QTimer m_limit;  // the library owes no answer in broken files
+    CSeekPlayer& m_player;
+    QTimer m_limit;
     QTimer m_poll;
-    File m_file;
-    double m_step = 0.04;
-    bool m_steady = true;  // all frames seen so far stand in a row of equal steps
-    double m_lead = 0.0;   // so many seconds before a position decoding begins
+    CSeekFile m_file;
     bool m_atEnd = false;
-    std::optional<double> m_lastFrame;  // if it was seen; the file may end before its head says so
-    std::optional<double> m_usualLead;  // to go back to
-
-    Goal m_goal = Goal::None;
-    Way m_way = Way::Look;
-    double m_target = 0.0;
-    double m_aim = 0.0;
-    bool m_waitsForPicture = false;
-    std::optional<double> m_before;     // what was shown when the goal was set
-    std::optional<double> m_shown;      // the last landing of all
-    std::optional<double> m_candidate;  // may be the one, if the frame before isn't too near
-    unsigned m_serial = 0;
-    int m_rounds = 0;
-    int m_polls = 0;
-    std::uint64_t m_picturesBefore = 0;
-
-    Goal m_nextGoal = Goal::None;
-    double m_nextTarget = 0.0;
+    std::shared_ptr<CSeekWish> m_wish;  // the one under way
+    std::optional<Wanted> m_next;
 };

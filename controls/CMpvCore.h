@@ -12,15 +12,15 @@
 #include <string>
 #include <vector>
 
+#include "controls/CSeekPlayer.h"
+
 class QImage;
 struct mpv_event;
 struct mpv_handle;
 struct mpv_render_context;
 
-class CMpvCore {
+class CMpvCore final : public CSeekPlayer {
 public:
-    using Done = std::function<void(bool ok)>;
-    using NumberReply = std::function<void(std::optional<double> value)>;
     using TextReply = std::function<void(const std::string& value)>;
 
     CMpvCore();
@@ -35,18 +35,17 @@ public:
     void Load(const std::string& hostPath);
     void Unload();
 
-    void Command(const std::vector<std::string>& words, Done done = nullptr);
-    void Set(const char* property, const std::string& value);
+    void Command(const std::vector<std::string>& words, Done done = nullptr) override;
+    void Set(const char* property, const std::string& value) override;
     // Dropped without an answer if another file is loaded meanwhile.
-    void GetNumber(const char* property, NumberReply reply);
+    void GetNumber(const char* property, NumberReply reply) override;
     void GetText(const char* property, TextReply reply);  // empty if there is none
 
     // Draws the picture that is shown now, with black bars, into an image of format RGB32.
     bool Render(QImage& image);
     // Of the file loaded last, with the clock; its pictures are turned so when they are drawn.
     void SetQuarterTurns(int turns) { m_quarterTurns = ((turns % 4) + 4) % 4; }
-    // Counts the pictures that came, apart from those that came once more.
-    std::uint64_t NewPictures() const { return m_newPictures; }
+    std::uint64_t NewPictures() const override { return m_newPictures; }
 
     // All of the file loaded last.
     std::function<void()> OnFileLoaded;

@@ -49,12 +49,7 @@ CWMPPlayer4::CWMPPlayer4(QWidget* parent) : QWidget(parent), m_emptyText(LoadMes
         m_area->Hold(false);
         m_area->Present();
     };
-    m_playback.OnChange = [this] {
-        Refresh();
-        if (OnStateChange) {
-            OnStateChange();
-        }
-    };
+    m_playback.OnChange = [this] { Refresh(); };
     m_panel->installEventFilter(this);
     for (QWidget* child : m_panel->findChildren<QWidget*>()) {
         child->installEventFilter(this);

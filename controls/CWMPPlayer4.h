@@ -64,8 +64,7 @@ public:
     void SetEmptyText(std::string_view text);
 
     // Both may not destroy the player.
-    std::function<void()> OnEscape;       // Esc in full screen, which is left already
-    std::function<void()> OnStateChange;  // of the file, the position, playing or not
+    std::function<void()> OnEscape;  // Esc in full screen, which is left already
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
