@@ -8,7 +8,7 @@ packages=(
     libcurl4-openssl-dev                             # the map picture of reports
     mdbtools-dev                                     # databases of the older engine
     libavformat-dev libavcodec-dev libswscale-dev libavutil-dev libjpeg-dev
-    qt6-base-dev qt6-svg-dev libgl-dev libmpv-dev    # windows
+    qt6-base-dev qt6-svg-dev qt6-translations-l10n libgl-dev libmpv-dev  # windows
     libgtest-dev libbenchmark-dev                    # tests and timings
     xvfb xauth fonts-noto-cjk                        # windows without a display, Chinese texts
     python3-openpyxl python3-docx                    # documents as others read and write them

@@ -21,7 +21,7 @@ struct ProjectSummary {
     int WithRecords = 0;         // sections that have any record, also one that isn't scored
     int StructuralSections = 0;  // with structural defects, and perhaps functional ones
     int FunctionalSections = 0;  // with functional defects only
-    // Always 0: a section with both is among the structural ones, and reports have always said so.
+    // Always 0: a section with both counts as a structural one.
     int BothSections = 0;
     std::uint32_t SumJG = 0;  // scored defects
     std::uint32_t SumGN = 0;

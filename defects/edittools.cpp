@@ -75,10 +75,6 @@ int ToolButton(ToolMode tool) {
     return 0;
 }
 
-bool IsWritten(ToolMode tool) {
-    return IsToolOn(tool) && tool != ToolMode::Calibration;
-}
-
 bool IsToolOn(ToolMode tool) {
     return tool != ToolMode::None && tool != ToolMode::Reference;
 }

@@ -40,7 +40,5 @@ bool CanUse(int control, const EditState& state);
 
 // The button that switches the tool; 0 if none does.
 int ToolButton(ToolMode tool);
-// Whether ending the tool writes the picture.
-bool IsWritten(ToolMode tool);
 // The tool keeps the form open.
 bool IsToolOn(ToolMode tool);

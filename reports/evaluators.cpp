@@ -99,7 +99,7 @@ void AddRecords(CReportElement& projectInfo, int number, const CRecDataArray& re
     }
 }
 
-// The brackets of the first sentence differ, as they do in every report made so far.
+// The outer bracket of the first sentence opens full-width and closes half-width.
 void SetSummary(CReportElement& describe, CReportElement& defeatDescribe, const ProjectSummary& summary) {
     const std::string total = FormatInt(summary.Sections);
     const std::string structural = FormatInt(summary.StructuralSections);

@@ -82,7 +82,7 @@ void CountDefects(const ReportRecords& records, ReportLists& lists) {
     }
 }
 
-// In metres, added as the reports have always done it.
+// In metres, added section by section in single precision: sums of a long list differ in the last digit else.
 struct TotalLengths {
     float Pipe = 0.0F;
     float Detection = 0.0F;

@@ -131,7 +131,7 @@ void AppendRow(TextList& rows, const _REC_DATA& data, const ShownRecord& shown) 
 
 void AppendForm(TextList& forms, const _TESTING_DATA& section, const std::string& video,
                 const SectionIndexes& indexes, TextList defectRows) {
-    // By the text of the position, so that 10 comes before 2: forms have always been in this order.
+    // By the text of the position, so that 10 comes before 2.
     TableSort(defectRows, DefectRowWidth, 0, 0, -1, false, false, false);
     const std::string& length =
         section.DetectionLength.empty() ? section.PipeLength : section.DetectionLength;

@@ -11,7 +11,7 @@
 
 namespace {
 
-// Offsets and sizes in bytes, as older installations wrote them.
+// Offsets and sizes in bytes, as the files of all installations have them.
 constexpr std::size_t BlockSize = 4624;
 constexpr std::size_t LanguageOffset = 0;
 constexpr std::size_t GpsPortOffset = 260;

@@ -18,8 +18,8 @@ struct ProjectRow {
 };
 
 // Rows and projects run parallel by index. A file that can't be read has its element in the array, but
-// no row: every row behind it stands for the element before its own. Operators know the list so, and
-// what it opens must stay what it opened before.
+// no row: every row behind it stands for the element before its own. What a row opens stays the same so,
+// whatever becomes of the files before it; the list warns, and deleting asks for both.
 struct ProjectListing {
     CProjectDataArray Projects;
     std::vector<ProjectRow> Rows;

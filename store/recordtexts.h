@@ -10,5 +10,5 @@ class CDbRec;
 std::string DefectName(const CDbRec& database, std::string_view code);
 
 // As minutes and seconds. A negative time counts as the unsigned number that its bits make, so that a
-// record without a picture shows 71582788:15: operators know such rows by it.
+// record without a picture, whose time is -1, shows 71582788:15, which no video reaches.
 std::string PictureTimeText(double seconds);

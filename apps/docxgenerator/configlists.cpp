@@ -135,7 +135,7 @@ void AppendPipes(TextList& strings, const CConfigFile& config) {
                            {"PipeSections", CountText(pipes.size()), CountText(labels.size())});
     }
     const std::string diameter = LoadMessage(2475);
-    float total = 0.0F;  // as the reports have always added it
+    float total = 0.0F;  // the rounding of reports, see AddSections there
     strings.push_back(FormatOneDecimal(static_cast<double>(pipes.size())));
     for (std::size_t i = 0; i < pipes.size(); ++i) {
         const ConfigElement& pipe = *pipes[i];

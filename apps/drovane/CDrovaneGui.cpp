@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <QEvent>
+#include <QLibraryInfo>
 #include <QSocketNotifier>
 #include <clocale>
 #include <csignal>
@@ -11,6 +12,7 @@
 #include <iostream>
 
 #include "shell/CPrompts.h"
+#include "shell/dialogs/qttext.h"
 #include "shell/dialogs/theme.h"
 
 namespace {
@@ -39,6 +41,15 @@ CDrovaneGui::CDrovaneGui(int& argc, char** argv) : QApplication(argc, argv) {
     // The run of the one window ends the program, not the closing of another.
     setQuitOnLastWindowClosed(false);
     ApplyTheme(*this);
+}
+
+void CDrovaneGui::SpeakLanguage() {
+    // A language file tells the name by which the toolkit knows its language.
+    const QString name = MessageText(3339);
+    if (!name.isEmpty() &&
+        m_texts.load("qtbase_" + name, QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+        installTranslator(&m_texts);
+    }
 }
 
 void CDrovaneGui::OnTerminate(std::function<void()> handler) {

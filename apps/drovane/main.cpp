@@ -39,6 +39,7 @@ int RunProgram(int argc, char** argv) {
     CJetFiles oldFiles;
     const COldFilesScope oldFilesScope(oldFiles);
     EnterProgramFolder(folder);
+    gui.SpeakLanguage();
     QApplication::setWindowIcon(QIcon(ToQt(files.HostPath("ui\\drovane.png"))));
 
     CLocalLiveChannel channel;

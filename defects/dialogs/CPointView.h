@@ -34,7 +34,6 @@ protected:
 
 private:
     void LayOut();
-    void SetHovered(int second);
     void LeaveMarks();
 
     std::vector<std::uint8_t> m_flags;

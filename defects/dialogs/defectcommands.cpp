@@ -3,6 +3,7 @@
 #include "defects/dialogs/CDlgEdit.h"
 #include "defects/dialogs/CJcjDlg.h"
 #include "shell/CPrompts.h"
+#include "shell/dialogs/CWaitCursor.h"
 #include "shell/paths.h"
 #include "store/CDbRec.h"
 #include "store/sectionform.h"
@@ -26,6 +27,12 @@ std::function<std::optional<float>()> LengthGiver(CDbRec& database, const _TESTI
     };
 }
 
+bool AddFrame(CRecordPictures& pictures, std::string_view video, double seconds, double time,
+              CRecordPictures::Twin twin) {
+    const CWaitCursor wait;
+    return pictures.AddFrame(video, seconds, time, MessageNoFrame, twin);
+}
+
 std::string FolderOf(const _TESTING_DATA& section) {
     return GetParentFolder(section.FirstVideo());
 }
@@ -39,8 +46,8 @@ bool NewDefect(CDbRec& database, const _TESTING_DATA& section, std::string_view 
     dialog.Record.Video = video;
     dialog.Record.GpsX = section.GpsXStart;
     dialog.Record.GpsY = section.GpsYStart;
-    if (!dialog.Pictures.AddFrame(video, seconds, static_cast<float>(seconds), MessageNoFrame,
-                                  CRecordPictures::Twin::AtOnce)) {
+    if (!AddFrame(dialog.Pictures, video, seconds, static_cast<float>(seconds),
+                  CRecordPictures::Twin::AtOnce)) {
         return false;
     }
     const bool stored = dialog.DoModal() == CSizeDlg::IdOk;
@@ -55,8 +62,7 @@ bool NewManholeDefect(CDbRec& database, const _TESTING_DATA& section, std::strin
     CJcjDlg dialog(database, section.ID, FolderOf(section), true, parent);
     dialog.Record.Video = video;
     // A manhole can be described without a picture.
-    if (!dialog.Pictures.AddFrame(video, seconds, seconds, MessageNoFrame,
-                                  CRecordPictures::Twin::WhenDrawnOn)) {
+    if (!AddFrame(dialog.Pictures, video, seconds, seconds, CRecordPictures::Twin::WhenDrawnOn)) {
         ShowMessage(MessageNoFrame);
     }
     const bool stored = dialog.DoModal() == CSizeDlg::IdOk;

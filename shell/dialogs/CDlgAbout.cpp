@@ -18,10 +18,14 @@ constexpr int Margin = 24;
 constexpr const char* Libraries =
     "Qt 6 – LGPL 3\n"
     "mpv, FFmpeg – LGPL 2.1, GPL 2\n"
+    "MDB Tools – LGPL 2\n"
     "SQLCipher – BSD\n"
     "OpenSSL – Apache 2.0\n"
     "libjpeg-turbo – BSD, IJG\n"
-    "TinyXML-2 – zlib\n"
+    "TinyXML, TinyXML-2, zlib – zlib\n"
+    "libxlsxwriter – BSD\n"
+    "libzip – BSD\n"
+    "libcurl – curl\n"
     "JSON for Modern C++ – MIT";
 
 QLabel* MakeIcon(QWidget* parent) {

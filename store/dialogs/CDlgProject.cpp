@@ -207,17 +207,17 @@ void CDlgProject::OnOK() {
 
 void CDlgProject::OnNewProject() {
     CDlgNewPro properties(this);
-    bool created = false;
-    while (!created) {
+    std::string created;
+    while (created.empty()) {
         if (properties.DoModal() != IdOk ||
             !CanSaveProject(properties.Properties(), properties.CriterionIndex, properties.CriterionList)) {
             return;
         }
         const CWaitCursor wait;
-        created = !CreateProject(properties.Properties(), properties.CriterionIndex, properties.CriterionList)
-                       .empty();
+        created = CreateProject(properties.Properties(), properties.CriterionIndex, properties.CriterionList);
     }
     RefreshProjects();
+    m_projects->SelectProject(created);
     UpdateButtons();
 }
 

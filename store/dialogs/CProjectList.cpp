@@ -1,5 +1,7 @@
 #include "store/dialogs/CProjectList.h"
 
+#include <algorithm>
+
 #include "shell/dialogs/qttext.h"
 #include "shell/numbers.h"
 #include "shell/paths.h"
@@ -34,6 +36,13 @@ void CProjectList::DeleteRow(int row) {
 
 const ProjectRow* CProjectList::RowAt(int row) const {
     return row >= 0 && row < RowCount() ? &m_listing.Rows[static_cast<std::size_t>(row)] : nullptr;
+}
+
+void CProjectList::SelectProject(std::string_view path) {
+    const auto row = std::ranges::find(m_listing.Rows, path, &ProjectRow::OwnPath);
+    if (row != m_listing.Rows.end()) {
+        SelectRow(static_cast<int>(row - m_listing.Rows.begin()));
+    }
 }
 
 std::string CProjectList::UnreadableFile() const {

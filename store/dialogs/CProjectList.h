@@ -3,8 +3,8 @@
 
 #include <string_view>
 
-#include "store/catalogue.h"
 #include "lists/CListCtrl.h"
+#include "store/catalogue.h"
 
 class CProjectList : public CListCtrl {
 public:
@@ -17,6 +17,8 @@ public:
     // (see ProjectListing). Null if there is none.
     const _PRO_DATA* ProjectAt(int row) const;
     const _PRO_DATA* SelectedProject() const { return ProjectAt(SelectedRow()); }
+    // The row that shows the file; nothing where there is none.
+    void SelectProject(std::string_view path);
     // With the element at its index.
     void DeleteRow(int row) override;
     // The name of the first file without a row; empty while every row stands for what it shows.

@@ -39,12 +39,18 @@ def run_ffmpeg(*arguments, data=b""):
         raise RuntimeError("ffmpeg: " + result.stderr.decode(errors="replace").strip())
 
 
-def has_font(languages=""):
+def font_of(languages=""):
+    """The family of a font that has these languages' characters, else nothing: the one that stands for "Sans"
+    may have none of them, and ffmpeg draws with one font only."""
     try:
-        found = subprocess.run(["fc-list", f":{languages}", "file"], capture_output=True, check=True).stdout
+        found = subprocess.run(["fc-list", f":{languages}", "family"], capture_output=True, check=True)
+        if not found.stdout.strip():
+            return ""
+        matched = subprocess.run(["fc-match", "-f", "%{family[0]}", f"sans:{languages}"], capture_output=True,
+                                 check=True)
     except (OSError, subprocess.CalledProcessError):
-        return False
-    return bool(found.strip())
+        return ""
+    return matched.stdout.decode(errors="replace").strip()
 
 
 class Description:
@@ -144,17 +150,18 @@ def frames(description):
         yield bytes(look(unrolled[int(travelled / description.radius * ROWS) * COLUMNS:]))
 
 
-def overlay(description, folder, with_chinese):
+def overlay(description, folder, fonts):
     """What field units write into the picture."""
     label = f"{description.value('osd5')}-{description.value('osd6')}"
-    if not with_chinese and not label.isascii():
+    if not fonts["chinese"] and not label.isascii():
         label = folder.name.split()[0]
     first = f"{label}  DN{description.value('osd9')}"
     # The clock of the unit: `pts` counts from the begin of the video.
     epoch = int(description.start().replace(tzinfo=datetime.timezone.utc).timestamp())
     centimetres = f"trunc(min(t\\,{MOVING})*{description.speed * 100:.4f}+0.5)"
     distance = f"%{{eif\\:trunc({centimetres}/100)\\:d}}.%{{eif\\:mod({centimetres}\\,100)\\:d\\:2}} m"
-    style = "fontsize=24:fontcolor=white:borderw=2:bordercolor=black@0.8"
+    family = fonts["chinese"] or fonts["any"]
+    style = f"font='{family}':fontsize=24:fontcolor=white:borderw=2:bordercolor=black@0.8"
     return ",".join((f"drawtext=text='{first}':x=28:y=24:{style}",
                      f"drawtext=text='%{{pts\\:gmtime\\:{epoch}}}':x=w-tw-28:y=24:{style}",
                      f"drawtext=text='{distance}':x=w-tw-28:y=h-48:{style}"))
@@ -172,7 +179,7 @@ def make_video(description, folder, fonts):
                f"gblur=0.7,format=yuv420p,lutyuv=y=val*0.9+16:u={red}:v={blue}", "scale=768:614:flags=bicubic",
                "crop=720:576:24+8*sin(t*2.1):19+6*sin(t*3.3)", "noise=c0s=9:c0f=t"]
     if fonts["any"]:
-        filters.append(overlay(description, folder, fonts["chinese"]))
+        filters.append(overlay(description, folder, fonts))
     part = target.with_name(target.name + ".part")
     run_ffmpeg("-f", "rawvideo", "-pixel_format", "gray", "-video_size", f"{WIDTH}x{HEIGHT}", "-framerate", RATE,
                "-i", "-", "-filter_complex", ",".join(filters), "-c:v", "mpeg4", "-vtag", "XVID", "-q:v", 6,
@@ -212,7 +219,7 @@ def main(arguments):
         print(__doc__.splitlines()[0], file=sys.stderr)
         return 2
     output = pathlib.Path(arguments[0]).absolute()
-    fonts = {"any": has_font(), "chinese": has_font("lang=zh-cn")}
+    fonts = {"any": font_of(), "chinese": font_of("lang=zh-cn")}
     sources = sorted(SOURCES.glob("*/*.xml"))
     with concurrent.futures.ProcessPoolExecutor(os.cpu_count()) as pool:
         try:

@@ -6,6 +6,7 @@
 #include "lists/CTestingList.h"
 #include "reports/CRecExport.h"
 #include "shell/CPrompts.h"
+#include "shell/dialogs/CWaitCursor.h"
 #include "store/recordtexts.h"
 #include "workbench/dialogs/CDlgProAtrrib.h"
 #include "workbench/dialogs/reviewcommands.h"
@@ -62,6 +63,7 @@ void SecondPictureCommand(CDlgProAtrrib& window) {
     const double seconds = PausedAt(window);
     CRecExport& database = *window.Session().Database();
     if (const auto record = StoredRecord(database, *window.DefectList().SelectedRecord())) {
+        const CWaitCursor wait;
         (void)AddSecondPicture(database, *record, DefectName(database, record->DefectCode),
                                window.Player().URL(), seconds);
     }
