@@ -8,26 +8,56 @@
 #include "shell/seams.h"
 #include "shell/textcodec.h"
 #include "store/CDbError.h"
+#include "store/records/fields.h"
 #include "store/sqltext.h"
 
 namespace {
 
+std::string SqlValue(std::int32_t value) {
+    return FormatInt(value);
+}
+
+std::string SqlValue(float value) {
+    return SqlDistance(value);
+}
+
+std::string SqlValue(double value) {
+    return SqlCoordinate(value);
+}
+
+std::string SqlValue(const std::string& value) {
+    return EscapeSqlText(value);
+}
+
 // What an insert and an update of a section write, in the order of both statements.
 std::vector<std::string> SectionValues(const _TESTING_DATA& in) {
-    return {EscapeSqlText(in.TestingName),      EscapeSqlText(in.Comment),
-            SqlCoordinate(in.GpsXStart),        SqlCoordinate(in.GpsYStart),
-            SqlCoordinate(in.GpsXEnd),          SqlCoordinate(in.GpsYEnd),
-            SqlDistance(in.DistanceStart),      SqlDistance(in.DistanceEnd),
-            EscapeSqlText(in.VideoFileList),    EscapeSqlText(in.TaskIndex),
-            EscapeSqlText(in.TestingDirection), EscapeSqlText(in.TaskName),
-            EscapeSqlText(in.Location),         EscapeSqlText(in.StartWell),
-            EscapeSqlText(in.EndWell),          EscapeSqlText(in.PipeType),
-            EscapeSqlText(in.PipeMaterial),     EscapeSqlText(in.DepthStart),
-            EscapeSqlText(in.DepthEnd),         EscapeSqlText(in.ManholeDepth),
-            EscapeSqlText(in.PipeLength),       EscapeSqlText(in.DetectionLength),
-            EscapeSqlText(in.LayingTime),       EscapeSqlText(in.EngineeringUnits),
-            EscapeSqlText(in.PipeDiameter),     EscapeSqlText(in.TestingCompany),
-            EscapeSqlText(in.Tester),           EscapeSqlText(in.TestingDate)};
+    std::vector<std::string> values;
+    for (const auto& field : TestingFields()) {
+        if (field.Role == FieldRole::Value) {
+            values.push_back(std::visit([&](auto member) { return SqlValue(in.*member); }, field.Member));
+        }
+    }
+    return values;
+}
+
+void Read(CDbCursor& row, const char* column, std::int32_t& value) {
+    value = row.GetLong(column);
+}
+
+void Read(CDbCursor& row, const char* column, std::uint8_t& value) {
+    value = static_cast<std::uint8_t>(row.GetLong(column));
+}
+
+void Read(CDbCursor& row, const char* column, float& value) {
+    value = row.GetFloat(column);
+}
+
+void Read(CDbCursor& row, const char* column, double& value) {
+    value = row.GetDouble(column);
+}
+
+void Read(CDbCursor& row, const char* column, std::string& value) {
+    value = row.GetText(column);
 }
 
 }  // namespace
@@ -80,37 +110,13 @@ bool CDbRec::WriteAttrib(const _PRO_DATA& in, bool stampCreateTime) {
 
 _TESTING_DATA CDbRec::ReadTestingRow(CDbCursor& row) {
     _TESTING_DATA section;
-    section.ID = row.GetLong("ID");
-    section.TestingOrder = row.GetLong("TestingOrder");
-    section.TestingName = row.GetText("TestingName");
-    section.Comment = row.GetText("Comment");
-    section.DistanceStart = row.GetFloat("DistanceStart");
-    section.DistanceEnd = row.GetFloat("DistanceEnd");
-    section.GpsXStart = row.GetDouble("GpsXStart");
-    section.GpsYStart = row.GetDouble("GpsYStart");
-    section.GpsXEnd = row.GetDouble("GpsXEnd");
-    section.GpsYEnd = row.GetDouble("GpsYEnd");
-    section.TaskIndex = row.GetText("TaskIndex");
-    section.TestingDirection = row.GetText("TestingDirection");
-    section.TaskName = row.GetText("TaskName");
-    section.Location = row.GetText("Location");
-    section.StartWell = row.GetText("StartWell");
-    section.EndWell = row.GetText("EndWell");
-    section.PipeType = row.GetText("PipeType");
-    section.PipeMaterial = row.GetText("PipeMaterial");
-    section.DepthStart = row.GetText("DepthStart");
-    section.DepthEnd = row.GetText("DepthEnd");
-    section.ManholeDepth = row.GetText("ManholeDepth");
-    section.PipeLength = row.GetText("PipeLength");
-    section.DetectionLength = row.GetText("DetectionLength");
-    section.LayingTime = row.GetText("LayingTime");
-    section.EngineeringUnits = row.GetText("EngineeringUnits");
-    section.PipeDiameter = row.GetText("PipeDiameter");
-    section.TestingCompany = row.GetText("TestingCompany");
-    section.Tester = row.GetText("Tester");
-    section.TestingDate = row.GetText("TestingDate");
-    section.CreateTime = row.GetDate("CreateTime");
-    section.VideoFileList = row.GetText("VideoFileList");
+    for (const auto& field : TestingFields()) {
+        if (field.Role == FieldRole::Stamp) {
+            section.CreateTime = row.GetDate(field.Name);
+        } else {
+            std::visit([&](auto member) { Read(row, field.Name, section.*member); }, field.Member);
+        }
+    }
     return section;
 }
 

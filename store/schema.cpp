@@ -1,6 +1,10 @@
 #include "store/schema.h"
 
+#include <string>
+#include <vector>
+
 #include "store/CDbBase.h"
+#include "store/records/fields.h"
 #include "store/sqltext.h"
 
 namespace {
@@ -20,39 +24,30 @@ constexpr SchemaColumn AttribColumns[] = {
     {"CreateTime", "TEXT"},
 };
 
-constexpr SchemaColumn TestingColumns[] = {
-    {"ID", "INTEGER PRIMARY KEY AUTOINCREMENT"},
-    {"TestingOrder", "INTEGER"},
-    {"TestingName", "TEXT COLLATE NOCASE"},
-    {"Comment", "TEXT COLLATE NOCASE"},
-    {"GpsXStart", "DOUBLE"},
-    {"GpsYStart", "DOUBLE"},
-    {"GpsXEnd", "DOUBLE"},
-    {"GpsYEnd", "DOUBLE"},
-    {"DistanceStart", "REAL"},
-    {"DistanceEnd", "REAL"},
-    {"VideoFileList", "TEXT COLLATE NOCASE"},
-    {"CreateTime", "TEXT"},
-    {"TaskIndex", "TEXT COLLATE NOCASE"},
-    {"TestingDirection", "TEXT COLLATE NOCASE"},
-    {"TaskName", "TEXT COLLATE NOCASE"},
-    {"Location", "TEXT COLLATE NOCASE"},
-    {"StartWell", "TEXT COLLATE NOCASE"},
-    {"EndWell", "TEXT COLLATE NOCASE"},
-    {"PipeType", "TEXT COLLATE NOCASE"},
-    {"PipeMaterial", "TEXT COLLATE NOCASE"},
-    {"DepthStart", "TEXT COLLATE NOCASE"},
-    {"DepthEnd", "TEXT COLLATE NOCASE"},
-    {"ManholeDepth", "TEXT COLLATE NOCASE"},
-    {"PipeLength", "TEXT COLLATE NOCASE"},
-    {"DetectionLength", "TEXT COLLATE NOCASE"},
-    {"LayingTime", "TEXT COLLATE NOCASE"},
-    {"EngineeringUnits", "TEXT COLLATE NOCASE"},
-    {"PipeDiameter", "TEXT COLLATE NOCASE"},
-    {"TestingCompany", "TEXT COLLATE NOCASE"},
-    {"Tester", "TEXT COLLATE NOCASE"},
-    {"TestingDate", "TEXT COLLATE NOCASE"},
-};
+const char* Declaration(const FieldOf<_TESTING_DATA>& field) {
+    if (field.Role == FieldRole::Key) {
+        return "INTEGER PRIMARY KEY AUTOINCREMENT";
+    }
+    if (field.Role == FieldRole::Stamp) {
+        return "TEXT";
+    }
+    struct {
+        const char* operator()(std::int32_t _TESTING_DATA::*) const { return "INTEGER"; }
+        const char* operator()(std::uint8_t _TESTING_DATA::*) const { return "INTEGER"; }
+        const char* operator()(float _TESTING_DATA::*) const { return "REAL"; }
+        const char* operator()(double _TESTING_DATA::*) const { return "DOUBLE"; }
+        const char* operator()(std::string _TESTING_DATA::*) const { return "TEXT COLLATE NOCASE"; }
+    } const ofType;
+    return std::visit(ofType, field.Member);
+}
+
+std::vector<SchemaColumn> MakeTestingColumns() {
+    std::vector<SchemaColumn> columns;
+    for (const auto& field : TestingFields()) {
+        columns.push_back({field.Name, Declaration(field)});
+    }
+    return columns;
+}
 
 constexpr SchemaColumn RecordColumns[] = {
     {"ID", "INTEGER PRIMARY KEY AUTOINCREMENT"},
@@ -92,19 +87,20 @@ constexpr SchemaColumn DefectLevelColumns[] = {
     {"Evaluate", "REAL"},
 };
 
-constexpr SchemaTable Tables[] = {
-    {"Attrib", AttribColumns},         {"Testing", TestingColumns},         {"Record", RecordColumns},
-    {"DefectName", DefectNameColumns}, {"DefectLevel", DefectLevelColumns},
-};
-
 }  // namespace
 
 std::span<const SchemaTable> SchemaTables() {
-    return Tables;
+    static const std::vector<SchemaColumn> testing = MakeTestingColumns();
+    static const SchemaTable tables[] = {
+        {"Attrib", AttribColumns},           {"Testing", testing},
+        {"Record", RecordColumns},           {"DefectName", DefectNameColumns},
+        {"DefectLevel", DefectLevelColumns},
+    };
+    return tables;
 }
 
 void CreateSchema(CDbBase& database, std::string_view criterionName) {
-    for (const SchemaTable& table : Tables) {
+    for (const SchemaTable& table : SchemaTables()) {
         std::string columns;
         for (const SchemaColumn& column : table.Columns) {
             columns += (columns.empty() ? "" : ", ") + std::string(column.Name) + " " + column.Declaration;

@@ -68,7 +68,7 @@ template <class Record>
 bool SetField(Record& record, std::span<const FieldOf<Record>> fields, const std::string& name,
               const std::string& text) {
     for (const auto& field : fields) {
-        if (field.Updated && EqualNoCase(name, field.Name)) {
+        if (field.Role == FieldRole::Value && EqualNoCase(name, field.Name)) {
             std::visit([&](auto member) { SetValue(record.*member, name, text); }, field.Member);
             return true;
         }
