@@ -94,25 +94,6 @@ TEST_F(App, OnlyTheWholeCommandLineMakesLiveMode) {
     EXPECT_EQ(Run("p.mdb", "\\a\\p.mdb"), (Steps{"review \\a\\p.mdb English road", "ran"}));
 }
 
-TEST_F(App, ASecondLiveInstanceRaisesTheFirstAndWritesItsDefaultsBack) {
-    m_channel.Running = true;
-    EXPECT_EQ(Run("-add"), Steps{"raise"});
-    EXPECT_TRUE(std::filesystem::remove(m_folder.Host("config.ini")));
-
-    // It came up in between.
-    m_channel.Running = false;
-    m_channel.Result = CLiveChannel::Claimed::TakenByOther;
-    EXPECT_EQ(Run("-add"), (Steps{"raise", "claim", "raise"}));
-    EXPECT_TRUE(std::filesystem::exists(m_folder.Host("config.ini")));
-
-    // A machine without a place for the channel: the window is of use all the
-    // same.
-    m_channel.Result = CLiveChannel::Claimed::NotPossible;
-    m_folder.Prompts.Expect(3061);
-    EXPECT_EQ(Run("-add").back(), "ran");
-    EXPECT_TRUE(m_folder.Prompts.LastText().ends_with(" /run/x"));
-}
-
 TEST_F(App, DefaultsReachTheFileOnEveryWayOut) {
     NewPipeDefaults values;
     values.Place = "幸福路";

@@ -139,27 +139,6 @@ TEST_F(LiveChannel, JunkEndsItsOwnConnectionOnly) {
     EXPECT_FALSE(m_channel.Answer(m_records[0].second, "x"));
 }
 
-TEST_F(LiveChannel, OneInstanceHoldsIt) {
-    EXPECT_FALSE(m_channel.RaiseRunning());
-    Claim();
-    CLocalLiveChannel other;
-    EXPECT_EQ(other.Claim(), Claimed::TakenByOther);
-    other.Release();  // leaves the holder alone
-    EXPECT_TRUE(CAcquisition(m_runtime.Socket()).IsConnected());
-    m_channel.Release();
-    EXPECT_FALSE(fs::exists(m_runtime.Socket()));
-    EXPECT_EQ(other.Claim(), Claimed::Yes);
-    EXPECT_EQ(fs::status(m_runtime.Socket()).permissions() & (fs::perms::group_all | fs::perms::others_all),
-              fs::perms::none);
-    other.Release();
-
-    // One that listens without the lock isn't driven out.
-    QLocalServer foreign;
-    ASSERT_TRUE(foreign.listen(QString::fromStdString(m_runtime.Socket().string())));
-    EXPECT_EQ(other.Claim(), Claimed::TakenByOther);
-    EXPECT_TRUE(CAcquisition(m_runtime.Socket()).IsConnected());
-}
-
 TEST_F(LiveChannel, LiesWhereNobodyElseCanWrite) {
     EXPECT_EQ(CLocalLiveChannel::SocketPath().toStdString(), m_runtime.Socket().string());
     fs::permissions(m_runtime.Path(), fs::perms::group_write, fs::perm_options::add);

@@ -41,14 +41,6 @@ TEST_F(Standards, AreFoundByName) {
     EXPECT_EQ(FindScoringRoute(""), ScoringRoute::None);
 }
 
-TEST_F(Standards, WithoutALanguageFileOnlyTheFixedNameIsKnown) {
-    const std::string national = LoadMessage(2150);
-    m_folder.UseLanguage("no such language");
-    EXPECT_EQ(FindScoringRoute(""), ScoringRoute::None);
-    EXPECT_EQ(FindScoringRoute(national), ScoringRoute::None);
-    EXPECT_EQ(FindScoringRoute("重庆规范"), ScoringRoute::Chongqing);
-}
-
 TEST_F(Standards, OfferTheirParameters) {
     const std::vector<float> k = {10, 6, 3, 0};
     const std::vector<float> soils = {0, 10, 10, 8, 6, 10, 8, 6, 10, 8, 8};

@@ -75,42 +75,6 @@ TEST_F(Cli, WrongCallsAreTwoFailuresAreOne) {
     EXPECT_EQ(Run({"load", NewProject(), "/no/such.json"}), 1);
 }
 
-TEST_F(Cli, StandardsAndProjectsTellTheirOwnPaths) {
-    ASSERT_EQ(Run({"standards", "--json"}), 0);
-    ASSERT_EQ(OutJson().size(), 4U);
-    EXPECT_TRUE(std::filesystem::exists(OutJson()[0]["Path"].get<std::string>()));
-    // In front of the project by name; its row is missing, and the paths behind it must not shift.
-    m_folder.WriteFile("db/0000.mdb", "no database");
-    const std::string project = NewProject();
-    ASSERT_EQ(Run({"projects", "--json"}), 0);
-    ASSERT_EQ(OutJson().size(), 1U);
-    EXPECT_EQ(OutJson()[0]["ProjectPath"], project);
-    EXPECT_NE(Err().find("0000.mdb"), std::string::npos);
-}
-
-TEST_F(Cli, TablesAlignChineseText) {
-    const std::string project =
-        Load(NewProject(), {{"sections",
-                             {Section("W1", "W2", Json::array({Defect("PL", 2, 1, 1)})),
-                              Section("井三", "W4", Json::array())}}});
-    ASSERT_EQ(Run({"sections", project}), 0);
-    std::istringstream lines(Out());
-    std::vector<std::size_t> widths;
-    for (std::string line; std::getline(lines, line);) {
-        const std::size_t at = line.find("800");
-        if (at != std::string::npos) {
-            // Columns of the terminal: a Chinese character has three bytes and takes two.
-            const std::string before = line.substr(0, at);
-            const auto wide = std::count_if(before.begin(), before.end(), [](char c) {
-                return (static_cast<unsigned char>(c) & 0xF0) == 0xE0;
-            });
-            widths.push_back(before.size() - static_cast<std::size_t>(wide));
-        }
-    }
-    ASSERT_EQ(widths.size(), 2U);
-    EXPECT_EQ(widths[0], widths[1]);
-}
-
 TEST_F(Cli, GradesByTheProjectsStandard) {
     // Worked by hand: 5.0 and 5.5 to 6.0 merge to a score of 7, 7.2 stands near.
     const Json records = Json::array({Defect("PL", 3, 5, 5), Defect("BX", 2, 5.5, 6),
@@ -150,24 +114,6 @@ TEST_F(Cli, GradesByTheProjectsStandard) {
               0);
     EXPECT_EQ(Run({"grade", NewProject("自定规程")}), 1);
     EXPECT_NE(Err().find("自定规程"), std::string::npos);
-}
-
-TEST_F(Cli, WritesTheDataSetOfTheChosenSections) {
-    const std::string file = m_folder.Host("out.xml").string();
-    const Json records = Json::array({Defect("PL", 3, 5, 5)});
-    const std::string project = Load(
-        NewProject(), {{"sections", {Section("W1", "W2", records), Section("W3", "W4", Json::array())}}});
-    ASSERT_EQ(Run({"dataset", project, "--sections", "1", "--k", "3", "--t", "8", "-o", file}), 0) << Err();
-    // 0.7 x 5 + 0.1 x 3 + 0.05 x 3 + 0.15 x 8
-    const std::string written = m_folder.ReadFile("out.xml");
-    EXPECT_NE(written.find(" riJG=\"5.15\""), std::string::npos);
-    EXPECT_EQ(written.find("W3"), std::string::npos);
-    EXPECT_NE(written.find(" Testingnum=\"2\""), std::string::npos);
-
-    EXPECT_EQ(Run({"dataset", project}), 2);
-    EXPECT_EQ(Run({"dataset", project, "--sections", "77", "-o", file}), 1);
-    EXPECT_EQ(Run({"dataset", project, "-o", m_folder.Host("none/out.xml").string()}), 1);
-    EXPECT_EQ(m_folder.ReadFile("out.xml"), written);
 }
 
 TEST_F(Cli, MakesTheWordReportOfTheStandard) {
@@ -259,24 +205,6 @@ TEST_F(Cli, ImportsInOrderAndGoesOnBehindARefusedFile) {
     ASSERT_EQ(Run({"sections", project, "--json"}), 0);
     ASSERT_EQ(OutJson().size(), 2U);
     EXPECT_EQ(OutJson()[1]["StartWell"], "W3");
-}
-
-TEST_F(Cli, ShowsAndWritesSettings) {
-    std::filesystem::create_directories(m_folder.Host("盘"));
-    const std::string drive = m_folder.Host("盘").string();
-    ASSERT_EQ(Run({"settings", "--language", "english", "--work-folder", drive, "--gps-port", "4",
-                   "--gps-baud", "9600", "--drive", "D=" + drive}),
-              0)
-        << Err();
-    ASSERT_EQ(Run({"settings", "--json"}), 0);
-    EXPECT_EQ(OutJson(), (Json{{"language", "English"},
-                               {"workFolder", m_folder.Path("盘") + "\\"},
-                               {"gpsPort", 4},
-                               {"gpsBaud", 9600},
-                               {"drives", {{"d", drive}}}}));
-    EXPECT_EQ(Run({"settings", "--language", "Klingon"}), 1);
-    EXPECT_EQ(Run({"settings", "--gps-port", "-1"}), 2);
-    EXPECT_EQ(Run({"settings", "--drive", "e=/no/such"}), 1);
 }
 
 TEST_F(Cli, NoCommandReplacesAProjectASourceOrADevice) {

@@ -28,10 +28,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::size_t CountThreads() {
-    return static_cast<std::size_t>(std::distance(fs::directory_iterator("/proc/self/task"), {}));
-}
-
 // The player in a folder with videos.
 class Player : public testing::Test {
 protected:
@@ -148,75 +144,6 @@ TEST(PlayTime, ReadsAsAClock) {
               "00:00.00000:00.00000:00.000");
 }
 
-TEST_F(Player, WhatIsPutBeforeTheFileIsLoadedIsGoneToThen) {
-    const std::string first = MakeVideo("a.mp4", X264, 60);
-    const std::string video = MakeVideo("B.mp4", std::string(X264) + "-bf 2");
-    m_player->SetEmptyText("nothing yet");
-    EXPECT_EQ(m_area->Message(), "nothing yet");
-    for (int i = 0; i < 5; ++i) {
-        m_player->SetURL(first);
-        WaitFor(i * 7);
-        m_player->SetURL(video);
-        Controls().SetCurrentPosition(4.0);
-        EXPECT_EQ(m_player->URL(), video);
-        EXPECT_EQ(Controls().CurrentPosition(), 4.0);
-        ExpectNumber(100, "queued");
-        EXPECT_NEAR(m_player->Duration(), 12.0, 0.05);
-        EXPECT_EQ(Controls().CurrentPosition(), 4.0);
-        EXPECT_FALSE(m_player->IsPlaying());
-    }
-    m_player->SetURL("");
-    EXPECT_EQ(m_player->Duration() + Controls().CurrentPosition(), 0.0);
-    // A name in other letters, as paths of records come.
-    m_player->SetURL(m_folder.Path("b.MP4"));
-    ExpectNumber(0, "loaded");
-    EXPECT_EQ(m_player->URL(), m_folder.Path("b.MP4"));
-}
-
-TEST_F(Player, APauseHoldsTheFrameThatIsTaken) {
-    for (const char* name : {"v.avi", "v.mp4", "v.mpg"}) {
-        Load(MakeVideo(name, std::string(name) == "v.mpg" ? "-c:v mpeg2video -q:v 4 -bf 2"
-                                                          : std::string(X264) + "-bf 2"));
-        for (int round = 0; round < 4; ++round) {
-            const double before = Controls().CurrentPosition();
-            Controls().Play();
-            ASSERT_TRUE(WaitFor([&] { return Controls().CurrentPosition() > before + 0.1; }));
-            WaitFor(round * 13);
-            Controls().Pause();
-            const double position = Controls().CurrentPosition();
-            ExpectShownIsTaken(name);
-            EXPECT_EQ(Controls().CurrentPosition(), position);
-        }
-        // Going somewhere doesn't end the playing; the end does, and playing begins anew then.
-        Controls().Play();
-        Controls().SetCurrentPosition(11.7);
-        EXPECT_TRUE(WaitFor([&] { return !m_player->IsPlaying(); }));
-        ExpectNumber(299, "at the end");
-        ExpectShownIsTaken("at the end");
-        Controls().Play();
-        EXPECT_TRUE(WaitFor([&] {
-            return m_player->IsPlaying() && !m_player->IsBusy() && Controls().CurrentPosition() > 0.1;
-        }));
-        EXPECT_LT(Controls().CurrentPosition(), 5.0);
-        Controls().Stop();
-        EXPECT_EQ(Controls().CurrentPosition(), 0.0);
-        ExpectNumber(0, "stopped");
-        EXPECT_FALSE(m_player->IsPlaying());
-    }
-}
-
-TEST_F(Player, ADragDoesNotPileUp) {
-    Load(MakeVideo("v.mp4", std::string(X264) + "-g 250 -bf 3", 500));
-    for (int i = 0; i < 400; ++i) {
-        Controls().SetCurrentPosition(i * 0.04);
-        if (i % 40 == 0) {
-            WaitFor(1);
-        }
-    }
-    // Within the time of a few seeks, and not of hundreds.
-    EXPECT_TRUE(WaitFor([&] { return NumberShown() == 399; }, 3000));
-}
-
 TEST_F(Player, TurnedVideosStandUpright) {
     MakeVideo("flat.mp4", X264, 50);
     for (const int turn : {90, 180, 270}) {
@@ -254,54 +181,6 @@ TEST_F(Player, WhatIsNoVideoIsToldInThePicture) {
     }
     Load(m_folder.Path("good.mp4"));
     ExpectNumber(0, "a good one afterwards");
-}
-
-// As by a full card, or while they are still being written.
-TEST_F(Player, CutVideosShowWhatIsLeft) {
-    for (const auto& [name, options] : StreamableVideos()) {
-        MakeVideo(name, options, 100);
-        const std::string whole = m_folder.ReadFile(name);
-        m_folder.WriteFile(std::string("cut-") + name, whole.substr(0, whole.size() * 7 / 10));
-        Load(m_folder.Path(std::string("cut-") + name));
-        for (const double position : {0.0, 0.52, 1.0}) {
-            Controls().SetCurrentPosition(position);
-            ExpectShownIsTaken(name);
-        }
-        Controls().SetCurrentPosition(3.8);
-        EXPECT_TRUE(Settle()) << name;
-        Controls().SetCurrentPosition(0.52);
-        ExpectShownIsTaken(name);
-    }
-    std::mt19937 random(11);
-    for (const char* name : {"a.mp4", "a.avi", "a.mpg", "a.wmv"}) {
-        const std::string whole = m_folder.ReadFile(name);
-        for (int round = 0; round < 6; ++round) {
-            m_folder.WriteFile("broken", WithBrokenBytes(whole, random));
-            m_player->SetURL(m_folder.Path("broken"));
-            Controls().SetCurrentPosition(1.0);
-            EXPECT_TRUE(WaitFor([&] { return !m_player->IsBusy(); }, 25000)) << name << round;
-        }
-    }
-}
-
-TEST_F(Player, LeavesNoThreadBehind) {
-    const std::string video = MakeVideo("v.mp4", X264, 60);
-    m_player.reset();
-    std::size_t before = 0;
-    // The first leaves what the library keeps for good.
-    for (const bool first : {true, false}) {
-        {
-            CWMPPlayer4 player;
-            player.SetURL(video);
-            EXPECT_TRUE(WaitFor([&] { return !player.IsBusy(); }));
-            player.Controls().Play();
-            player.SetFullScreen(true);
-            EXPECT_GT(CountThreads(), before);
-        }
-        EXPECT_TRUE(WaitFor([&] { return first || CountThreads() <= before; }));
-        WaitFor(300);
-        before = CountThreads();
-    }
 }
 
 TEST_F(Player, Keys) {
@@ -345,18 +224,6 @@ TEST_F(Player, Keys) {
     EXPECT_TRUE(m_player->IsFullScreen());
     QTest::mouseDClick(m_area, Qt::LeftButton);
     ExpectShownIsTaken("after full screen");
-}
-
-TEST_F(Player, FitsWhereItIsPut) {
-    Load(MakeVideo("v.mp4", X264));
-    Controls().SetCurrentPosition(3.2);
-    for (const int width : {528, 400, 330, 900}) {
-        m_player->resize(width, 330);
-        ExpectNumber(80, "at width " + FormatInt(width));
-        EXPECT_EQ(m_player->width(), width) << "the parts don't keep it wider";
-        EXPECT_EQ(m_player->findChild<QSlider*>("volumeslider")->isVisible(), width > 400);
-        Photograph(*m_player, QString("player-%1").arg(width));
-    }
 }
 
 }  // namespace

@@ -30,16 +30,3 @@ TEST(ClockFace, SectorsAreUneven) {
     EXPECT_FALSE(HourOfPoint(80, 80, 160, 160));
     EXPECT_TRUE(HourOfPoint(80, 80, 161, 161)) << "the middle of an odd dial lies between pixels";
 }
-
-TEST(TimeRuler, MarksAreSquaresBelowTheirTicks) {
-    const auto marks = LayOutMarks({0, 1, 0, 1}, 136, 24, 36);
-    EXPECT_EQ(marks[0], MarkRect());
-    EXPECT_EQ(TickOf(1, 4, 136, 36), 52);
-    EXPECT_EQ(marks[1], (MarkRect{44, 8, 60, 24}));
-    EXPECT_EQ(MarkAt(marks, 44, 8), 1);
-    EXPECT_EQ(MarkAt(marks, 60, 8), -1);
-    EXPECT_EQ(MarkAt(marks, 52, 7), -1);
-    EXPECT_EQ(MarkAt(LayOutMarks({1, 1}, 20, 24, 0), 7, 10), 0) << "of two that overlap the earlier";
-    EXPECT_TRUE(LayOutMarks({}, 100, 24, 36).empty());
-    EXPECT_EQ(TickOf(2000000, 2700000, 4000, 0), 2962) << "a long video on a wide screen";
-}

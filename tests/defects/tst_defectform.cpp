@@ -35,14 +35,6 @@ std::string Usable(const EditState& state) {
 
 }  // namespace
 
-TEST_F(DefectForm, ManholesAreNotOfferedAndShiftNothing) {
-    const auto choices = DefectChoices(Database);
-    ASSERT_EQ(choices.size(), 3U);
-    EXPECT_EQ(choices[1].Label, "(BX)变形");
-    EXPECT_EQ(FindChoice(choices, "bx"), 1);
-    EXPECT_EQ(FindChoice(choices, "JCJ_ZC"), -1);
-}
-
 TEST_F(DefectForm, OnlyAManholeKeepsTheColumnsOfOne) {
     _REC_DATA record;
     record.JcjNo = "W1";
@@ -77,14 +69,6 @@ TEST_F(DefectForm, TheFirstBadNumberEndsTheReading) {
     }
     EXPECT_FALSE(ReadNumbers({" 2 ", "-180", "90", "-3.25"}, record).has_value());
     EXPECT_EQ(ShowNumbers(record).EndDistance, "-3.25");
-}
-
-TEST_F(DefectForm, TheEndFollowsTheStartUpwardsOnly) {
-    EXPECT_EQ(DraggedEnd({"12", "", "", "3"}, 50.0F), "12");
-    EXPECT_EQ(DraggedEnd({"2.5", "", "", "3"}, 0.0F), std::nullopt);
-    EXPECT_EQ(DraggedEnd({"12.", "", "", "x"}, 3.0F), "12.");
-    EXPECT_EQ(DraggedEnd({"12.3454", "", "", "3"}, 50.0F), "12.3454") << "not rounded to before the start";
-    EXPECT_EQ(DraggedEnd({"-", "", "", "-5"}, 0.0F), std::nullopt);
 }
 
 TEST_F(DefectForm, ChecksComeInTheirOrder) {

@@ -17,25 +17,6 @@ protected:
         Size = Face.width();
     }
     QPoint At(double x, double y) const { return {static_cast<int>(Size * x), static_cast<int>(Size * y)}; }
-    // Hours whose sector is drawn, found by what changes against the empty dial.
-    QString DrawnHours() {
-        Face.setEnabled(false);
-        const QImage dial = Face.grab().toImage();
-        Face.setEnabled(true);
-        Face.clearFocus();
-        const QImage now = Face.grab().toImage();
-        QString hours;
-        for (int hour = 1; hour <= 12; ++hour) {
-            QTransform turn;
-            turn.rotate(hour * 30.0);
-            const QPointF at = QPointF(Size, Size) / 2 + turn.map(QPointF(0, -Size * 0.3));
-            if (dial.pixel(at.toPoint()) != now.pixel(at.toPoint())) {
-                hours += QString::number(hour) + " ";
-            }
-        }
-        return hours;
-    }
-
     CTestFolder Folder;
     C12Clock Face;
     int Size = 0;
@@ -67,13 +48,4 @@ TEST_F(Clock, KeysSetBothHours) {
     EXPECT_EQ(Face.GetEndHour(), 1) << "one after 12";
     PressKey(Face, Qt::Key_Left, Qt::ShiftModifier);
     EXPECT_EQ(Face.GetEndHour(), 12);
-}
-
-TEST_F(Clock, DrawsTheSectorsOfItsRange) {
-    Face.SetStartHour(11);
-    Face.SetEndHour(2);
-    EXPECT_EQ(DrawnHours(), "1 2 11 12 ");
-    Face.SetStartHour(5);
-    Face.SetEndHour(5);
-    EXPECT_EQ(DrawnHours(), "5 ");
 }

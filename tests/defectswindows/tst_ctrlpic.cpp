@@ -128,36 +128,6 @@ TEST_F(CtrlPic, LinesStandInTheBakedFileWhereTheMouseDrewThemAndNowhereElse) {
     EXPECT_EQ(CountUnlike(image, {160, 130, 240, 170}, Ground), 0);
 }
 
-TEST_F(CtrlPic, MeasuresAreWrittenInGreenBesideTheirLines) {
-    ShowPlain();
-    Canvas.SetTool(ToolMode::Calibration);
-    Click({20, 40});
-    Click({120, 40});
-    Click({60, 90});  // the third doesn't count
-    Canvas.grab();
-    EXPECT_EQ(MmPerPixel, 0.5F);
-    QImage image = Baked();
-    ExpectPixels(image, Green, {{20, 40}, {70, 40}, {120, 40}});
-    ExpectPixels(image, Red, {{17, 40}, {123, 40}});
-    ExpectPixels(image, Ground, {{60, 90}, {70, 43}});
-    EXPECT_GT(CountUnlike(image, {124, 45, 110, 24}, Ground), 150);
-    Photograph(Canvas, "calibration");
-
-    Canvas.ClearCalibration();
-    Canvas.SetTool(ToolMode::Measuring);
-    Click({50, 100});
-    Click({50, 200});
-    Click({300, 270});  // waits for its partner
-    image = Baked();
-    ExpectPixels(image, Green, {{50, 100}, {50, 150}, {50, 200}, {300, 270}});
-    ExpectPixels(image, Ground, {{20, 40}, {70, 40}, {53, 150}, {175, 235}});
-    EXPECT_GT(CountUnlike(image, {55, 203, 100, 24}, Ground), 150);
-    // They stay for the next picture.
-    ShowPlain("next.png", qRgb(200, 200, 200));
-    Canvas.ClearObjects();
-    ExpectPixels(Baked("next.png"), Green, {{50, 150}});
-}
-
 TEST_F(CtrlPic, TextsAreAskedForWrappedInTheirBoxAndDottedWithoutOne) {
     ShowPlain();
     Canvas.SetDefaultText("(PL)破裂");

@@ -89,23 +89,6 @@ TEST_F(Edit, AStoredDefectOpensAsItIsAndIsStoredChanged) {
     EXPECT_EQ(Stored().GetSize(), 1);
 }
 
-TEST_F(Edit, ACommentNobodyTouchedStaysToTheByte) {
-    _REC_DATA record = Store();
-    record.Comment = "one\r\ntwo\u00A0m\nthree";
-    ASSERT_TRUE(Database.UpdateRecord(record));
-    Open([](CSizeDlg& dialog) {
-        Type(dialog, 1017, "5");
-        Press(dialog, 1);
-    });
-    EXPECT_EQ(Stored()[0].DistanceEnd, 5.0F);
-    EXPECT_EQ(Stored()[0].Comment, record.Comment);
-    Open([](CSizeDlg& dialog) {
-        Type(dialog, 1005, "four\nfive");
-        Press(dialog, 1);
-    });
-    EXPECT_EQ(Stored()[0].Comment, "four\r\nfive");
-}
-
 TEST_F(Edit, WhatCantBeStoredIsToldAndTheWindowStays) {
     _REC_DATA record = Store();
     record.DefectCode = "ZZ";
@@ -194,51 +177,6 @@ TEST_F(Edit, CalibrationAllowsToMeasureAndToDeleteTheOnlyPicture) {
     EXPECT_EQ(Stored()[0].Pictures.GetSize(), 0);
     EXPECT_EQ(Stored()[0].Comment, "geändert") << "the row is written with the picture gone";
     Calibrated = false;
-}
-
-TEST_F(Edit, OfTwoPicturesEitherIsShownAndDeleted) {
-    Store();
-    Folder.Prompts.GivePath(WritePicture("other.jpg", Qt::green));
-    Open([](CSizeDlg& dialog) {
-        Press(dialog, 1033);
-        EXPECT_EQ(Box(dialog, 1008).count(), 1);
-        Press(dialog, 1);
-    });
-    ASSERT_EQ(Stored()[0].Pictures.GetSize(), 2);
-    Folder.Prompts.ExpectQuestion(2102, true);
-    Open([](CSizeDlg& dialog) {
-        PressKey(Box(dialog, 1008), Qt::Key_Down);
-        EXPECT_EQ(dialog.GetDlgItem(1011)->grab().toImage().pixelColor(9, 9).green(), 255);
-        PressKey(Box(dialog, 1008), Qt::Key_Up);
-        Press(dialog, 1036);
-        EXPECT_EQ(TextOf(dialog, 1008), "1");
-        EXPECT_EQ(dialog.GetDlgItem(1011)->grab().toImage().pixelColor(9, 9).green(), 255);
-        Press(dialog, 2);
-    });
-    EXPECT_FALSE(Exists("job/picture/a.jpg"));
-    EXPECT_TRUE(Exists("job/picture/a_Ex.jpg"));
-    EXPECT_EQ(Stored()[0].Pictures.GetSize(), 1);
-}
-
-// A new defect has no row: what is stored under the number of its section is another defect.
-TEST_F(Edit, APictureOfANewDefectIsDeletedWithoutTouchingAnotherRow) {
-    Store();
-    Folder.Prompts.Expect(2195);
-    Folder.Prompts.ExpectQuestion(2102, true);
-    Folder.Prompts.GivePath(WritePicture("other.jpg"));
-    InNextDialog([](CSizeDlg& dialog) {
-        EXPECT_EQ(TextOf(dialog, 1014), "121.5") << "where the section begins";
-        Press(dialog, 33);
-        Press(dialog, 33);
-        Press(dialog, 1036);
-        Press(dialog, 1033);
-        Press(dialog, 2);
-    });
-    EXPECT_FALSE(NewDefect(Database, Section, Section.VideoFileList, 1.5, nullptr));
-    EXPECT_EQ(Stored()[0].Comment, "看不清");
-    EXPECT_EQ(Stored()[0].Pictures.GetSize(), 1);
-    EXPECT_FALSE(Exists("job/picture/v_092653.jpg") || Exists("job/picture/v_092653_original.jpg"))
-        << "what was added goes with the cancelled defect";
 }
 
 TEST_F(Edit, NothingIsStoredByASlip) {

@@ -65,31 +65,6 @@ TEST_F(Manhole, IsAddedAndComesBackAsStored) {
     EXPECT_EQ(Stored()[0].Comment, "脏");
 }
 
-TEST_F(Manhole, OpensWithoutAPlaceForPictures) {
-    Folder.Prompts.Expect(2195);
-    InNextDialog([](CSizeDlg& dialog) {
-        EXPECT_FALSE(dialog.Item<CCtrlPic>(1011)->HasPicture());
-        EXPECT_FALSE(IsEnabled(dialog, 1036));
-        Press(dialog, 1);
-    });
-    EXPECT_TRUE(NewManholeDefect(Database, Section, "v.avi", 1.5, nullptr));
-    EXPECT_EQ(Stored()[0].Pictures.GetSize(), 0);
-}
-
-TEST_F(Manhole, WithoutAVideoOfTheSectionPicturesLieBesideThatOfTheRecord) {
-    const std::string video = Section.VideoFileList;
-    Section.VideoFileList.clear();
-    Folder.Prompts.Expect(2195);
-    InNextDialog([this](CSizeDlg& dialog) {
-        Folder.Prompts.GivePath(WritePicture("other.jpg"));
-        Press(dialog, 1033);
-        Press(dialog, 1);
-    });
-    EXPECT_TRUE(NewManholeDefect(Database, Section, video, 1.5, nullptr));
-    EXPECT_TRUE(EqualNoCase(Stored()[0].GetPicture2(), Folder.Path("job/picture/092653.jpg")));
-    EXPECT_TRUE(Exists("job/picture/092653.jpg"));
-}
-
 TEST_F(Manhole, PicturesComeAndGoAtOnce) {
     Add(
         [this](CSizeDlg& dialog) {
@@ -108,47 +83,4 @@ TEST_F(Manhole, PicturesComeAndGoAtOnce) {
         false);
     EXPECT_FALSE(Exists("job/picture/v_092653.jpg"));
     EXPECT_TRUE(Exists("job/picture/092653.jpg")) << "what came from a file stays";
-}
-
-TEST_F(Manhole, TwoPicturesOfOneSecondHaveAFileEach) {
-    _REC_DATA record;
-    record.TestingID = 1;
-    record.DefectCode = "JCJ_OLD";
-    record.DefectType = "JCJ";
-    record.DefectLevel = 1;
-    ASSERT_TRUE(Database.AddRecord(record));
-    record = Stored()[0];
-    record.DefectType = "JCJ";
-    const std::string first = WritePicture("first.jpg", Qt::red);
-    const std::string second = WritePicture("second.jpg", Qt::green);
-    InNextDialog([&](CSizeDlg& dialog) {
-        EXPECT_FALSE(IsEnabled(dialog, 1036));
-        Folder.Prompts.GivePath(first);
-        Press(dialog, 1033);
-        Folder.Prompts.GivePath(second);
-        Press(dialog, 1033);
-        Press(dialog, 1);
-    });
-    EXPECT_FALSE(EditDefect(Database, Section, record, nullptr));
-    EXPECT_EQ(Folder.ReadFile("job/picture/092653.jpg"), Folder.ReadFile("first.jpg"));
-    EXPECT_EQ(Folder.ReadFile("job/picture/092654.jpg"), Folder.ReadFile("second.jpg"));
-    const _REC_DATA stored = Stored()[0];
-    EXPECT_EQ(stored.GetPicTime2(), 0.0);
-    EXPECT_EQ(stored.DefectCode, "JCJ_JGJZQS") << "a code that is none of the six gives way to the first";
-}
-
-TEST_F(Manhole, AFailureIsToldInItsOwnWordsAndTheWindowStays) {
-    _REC_DATA normal;
-    normal.TestingID = 1;
-    normal.DefectCode = "JCJ_ZC";
-    normal.DefectType = "JCJ";
-    ASSERT_TRUE(Database.AddRecord(normal));
-    Open([this](CSizeDlg& dialog) {
-        Database.Close();
-        Folder.Prompts.Expect(2015);
-        Folder.Prompts.Expect(0);
-        Press(dialog, 1);
-        EXPECT_EQ(Folder.Prompts.LastText(), "修改记录失败！");
-        Press(dialog, 2);
-    });
 }

@@ -19,15 +19,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class CRecordingOpener : public CRecordingDesktop {
-public:
-    bool OpenFile(std::string_view path) override {
-        Opened.emplace_back(path);
-        return true;
-    }
-    std::vector<std::string> Opened;
-};
-
 class InspectionTable : public testing::Test {
 protected:
     InspectionTable() : Home(Folder.Host("home")) {
@@ -179,28 +170,6 @@ TEST_F(InspectionTable, TheHeadStaysInSightAndCanBeFiltered) {
     EXPECT_EQ(Export().Cell("C1"), Text("Project location"));
 }
 
-TEST(InspectionLinks, AreFormulasWhateverThePathHolds) {
-    EXPECT_EQ(LinkFormula(""), "=HYPERLINK(\"\")");
-    EXPECT_EQ(LinkFormula("/工程/a \"b\".avi"), "=HYPERLINK(\"/工程/a \"\"b\"\".avi\")");
-    // A literal holds 255 characters, and two quotes stay together.
-    const std::string most(254, 'a');
-    EXPECT_EQ(LinkFormula(most + "\"bc"), "=HYPERLINK(\"" + most + "\"&\"\"\"bc\")");
-    EXPECT_EQ(LinkFormula(std::string(9000, 'a')), std::nullopt);
-    EXPECT_EQ(LinkFormula("/a\nb"), std::nullopt);
-    EXPECT_EQ(LinkFormula("/\xB9\xA4.avi"), std::nullopt);
-}
-
-TEST(InspectionNumbers, AreOnlyThoseThatAreShownAsTheyWere) {
-    for (const auto& [text, decimals] : std::vector<std::pair<std::string, int>>{
-             {"0", 0}, {"300", 0}, {"-12.50", 2}, {"0.000000", 6}, {"123456789012345", 0}}) {
-        EXPECT_EQ(ShownDecimals(text), decimals) << text;
-    }
-    for (const std::string text : {"", "007", "1e3", " 3", "3.", ".5", "-", "-0.00", "+1", "nan", "1,5",
-                                   "300*400", "1234567890123456"}) {
-        EXPECT_EQ(ShownDecimals(text), -1) << text;
-    }
-}
-
 TEST(InspectionCells, OddTextsLeaveAWorkbookThatOpens) {
     CTestFolder folder;
     std::vector<std::string> list(2 * InspectionColumns + 5);
@@ -252,36 +221,4 @@ TEST(InspectionCells, AFullDiskLeavesNoHalfWorkbook) {
     EXPECT_GT(made, 0);
     list.resize(100 * InspectionColumns, std::string(100, 'a'));
     EXPECT_FALSE(makeOnDisk(300000));
-}
-
-TEST_F(InspectionTable, GoesIntoTheDocumentsAndIsOpened) {
-    Home.WriteUserFolders("# made by the desktop\nXDG_DOCUMENTS_DIR=\"$HOME/文档\"\n");
-    const std::string path = ExportInspectionTable(Db);
-    EXPECT_EQ(path, Folder.Path("home/文档/Drovane/幸福路 _A&B_.xlsx"));
-    EXPECT_EQ(CReadWorkbook(Folder.Host("home/文档/Drovane/幸福路 _A&B_.xlsx")).Rows, 1);
-    EXPECT_EQ(ExportInspectionTable(Db), Folder.Path("home/文档/Drovane/幸福路 _A&B_ (2).xlsx"));
-    Folder.Prompts.Expect(3290);
-    OpenInspectionTable(path);
-    EXPECT_NE(Folder.Prompts.LastText().find(Folder.Host("home/文档/Drovane").string()), std::string::npos);
-    CRecordingOpener desktop;
-    const CSeamScope scope({nullptr, nullptr, nullptr, &desktop});
-    OpenInspectionTable(path);
-    EXPECT_EQ(desktop.Opened, std::vector<std::string>{path});
-}
-
-TEST_F(InspectionTable, WhatCannotBeWrittenIsToldAndLeavesNothing) {
-    Folder.WriteFile("home/Documents", "a file in the way");
-    Folder.Prompts.Expect(3291);
-    EXPECT_EQ(ExportInspectionTable(Db), "");
-    Folder.WriteFile("full/former.txt", "");
-    fs::create_symlink("/dev/full", Folder.Host("full/table.xlsx"));
-    Folder.Prompts.Expect(3291);
-    EXPECT_FALSE(WriteInspectionTable(Db, Folder.Path("full/table.xlsx")));
-    Folder.Prompts.Expect(3291);
-    EXPECT_FALSE(WriteInspectionTable(Db, Folder.Path("none/table.xlsx")));
-    setenv("TMPDIR", Folder.Host("nowhere").c_str(), 1);
-    Folder.Prompts.Expect(2378);
-    EXPECT_FALSE(WriteInspectionTable(Db, Folder.Path("table.xlsx")));
-    unsetenv("TMPDIR");
-    EXPECT_FALSE(fs::exists(Folder.Host("table.xlsx")));
 }

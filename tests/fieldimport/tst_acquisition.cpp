@@ -53,13 +53,6 @@ protected:
         return ImportAcquisition(Database, Folder.WriteFile("外业/管段一/a.xml", xml),
                                  [this](const std::string& line) { Printed.push_back(line); });
     }
-    std::string Codes() {
-        std::string codes;
-        for (const _REC_DATA& record : Records()) {
-            codes += record.DefectCode + " ";
-        }
-        return codes;
-    }
     // Nothing in the project, no box, and the reason as the last line.
     void ExpectRefused(const std::string& xml, const std::string& line) {
         EXPECT_FALSE(Import(xml)) << line;
@@ -207,16 +200,6 @@ TEST_F(Acquisition, WhatMustNotBeMissingLeavesTheProjectAsItWas) {
     ExpectRefused(second(" time=\"12.3456\"", ""), "no element: picfilename, attribute: time");
 }
 
-TEST_F(Acquisition, RecordsThatTheSectionRefusesArePassedOver) {
-    Folder.Prompts.Expect(2800);
-    EXPECT_TRUE(Import(Description(ItemOf("PL") + ItemOf("gdzc") + ItemOf("XX"))));
-    EXPECT_EQ(Codes(), "PL XX ");
-    Folder.Prompts.Expect(2801);
-    Folder.Prompts.Expect(2800);
-    EXPECT_TRUE(Import(With(Description(ItemOf("GDZC") + ItemOf("PL") + ItemOf("GDZC")), "值5\"", "W2\"")));
-    EXPECT_EQ(Codes(), "PL XX GDZC ");
-}
-
 TEST_F(Acquisition, WhatWasRefusedOrTakenAsAnotherValueIsNamed) {
     std::string bent = With(Item, "level=\"3\"", "level=\"300\"");
     bent = With(With(bent, "dist=\"1.2344\"", "dist=\"6,20\""), "time=\"0306\"", "time=\"ab\"");
@@ -239,25 +222,6 @@ TEST_F(Acquisition, WhatWasRefusedOrTakenAsAnotherValueIsNamed) {
     many.insert(many.find("<item ") + 5, attributes);
     EXPECT_FALSE(Import(many));
     EXPECT_EQ(Printed.size(), 1U);
-}
-
-TEST_F(Acquisition, HostileTextsAreOnlyTexts) {
-    // A code is a text in statements; a name in a picture's path can't leave the report image folder.
-    Folder.WriteFile("外业/config.ini", "outside");
-    Folder.WriteFile("外业/管段一/sub/p.jpg", "inside");
-    std::string item = With(ItemOf("P'; drop table Record; --"), "P1.JPG", "sub/../../config.ini");
-    item = With(item, "P2.JPG", "sub/p.jpg");
-    ASSERT_TRUE(
-        Import(With(Description(item + ItemOf("&quot;;&#39;%s")), "段一", "'); delete from Testing; --")));
-    EXPECT_EQ(Codes(), "P'; drop table Record; -- \";'%s ");
-    EXPECT_EQ(Sections()[0].TestingName, "'); delete from Testing; --");
-    EXPECT_EQ(Folder.ReadFile("word/Template/config.ini"), "");
-    EXPECT_EQ(Folder.ReadFile("word/Template/Images/p.jpg"), "inside");
-
-    const std::string bomb = "<!DOCTYPE cfg [<!ENTITY a \"lol\"><!ENTITY b \"&a;&a;&a;&a;\">]>\n";
-    ASSERT_TRUE(Import(With(With(bomb + Description(""), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>", ""),
-                            "值5\"", "&b;\"")));
-    EXPECT_EQ(Sections()[1].StartWell, "&b;");
 }
 
 TEST_F(Acquisition, FilesThatAreNoDescriptionAreRefused) {
@@ -292,36 +256,6 @@ TEST_F(Acquisition, FilesThatAreNoDescriptionAreRefused) {
     CDbRec closed;
     Folder.Prompts.Expect(2185);
     EXPECT_FALSE(ImportAcquisition(closed, path, sink));
-}
-
-TEST_F(Acquisition, SonarDescriptionsShowInTheFirstFiveLines) {
-    const std::string full = Description();
-    const auto atLine = [&](int line) {
-        return "<!-- " + std::string(static_cast<std::size_t>(line - 1), '\n') + "dixmlfilename -->" +
-               With(full, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>", "");
-    };
-    ExpectRefused(atLine(1), "sonar descriptions can't be imported");
-    ExpectRefused(atLine(5), "sonar descriptions can't be imported");
-    EXPECT_TRUE(Import(atLine(6)));
-}
-
-TEST_F(Acquisition, AFullDiskLeavesNothing) {
-    // A short import fails when it is committed, a long one at some record in its midst, with one message.
-    for (const auto& [length, message] : {std::pair(10U, 2007), std::pair(30000U, 2014)}) {
-        std::string items;
-        for (int i = 0; i < 300; ++i) {
-            items += With(Item, "环向裂缝", std::string(length, 'x'));
-        }
-        const std::string path = Folder.WriteFile("a.xml", Description(items));
-        {
-            const CFullDisk full(std::filesystem::file_size(Folder.Host("db/p.mdb")));
-            Folder.Prompts.Expect(message);
-            EXPECT_FALSE(ImportAcquisition(Database, path, [](const std::string&) {}));
-        }
-        EXPECT_EQ(Sections().GetSize(), 0);
-        EXPECT_EQ(Records().GetSize(), 0);
-    }
-    EXPECT_TRUE(Import(Description()));
 }
 
 }  // namespace

@@ -170,20 +170,6 @@ TEST_F(Generator, WholeListsAreReadFirstAndFromTheRunsOwnFolder) {
     EXPECT_FALSE(fs::exists(own));
 }
 
-TEST_F(Generator, WithoutDefectsTheChartsSaySo) {
-    CReportProject project(m_folder, "CQ");
-    project.Chosen = {};
-    ReportLists lists;
-    ASSERT_TRUE(CollectReport(project.Database, "重庆规范", project.Chosen, 6, 10, lists));
-    ASSERT_TRUE(project.Database.SaveReport(m_folder.Path("word/config.xml")));
-    ASSERT_EQ(Run("-o '" + m_folder.Host("out/空 表.docx").string() + "'"), 0) << Error();
-    EXPECT_EQ(Error(), "");
-    CDocx document(m_folder.Path("out/空 表.docx"));
-    EXPECT_EQ(document.BookmarkText("chartDefectCount"), "没有可统计的缺陷，未生成统计图。");
-    EXPECT_EQ(document.BookmarkText("chartLevelCount"), "没有可统计的缺陷，未生成统计图。");
-    EXPECT_EQ(document.BookmarkText("txtMostFrequent"), "-");
-}
-
 TEST_F(Generator, WhatFailsIsToldAndLeavesTheDocumentAlone) {
     const std::string good = MakeMarkedConfig("", "").Xml;
     const auto without = [&](const std::string& part, const std::string& replacement) {

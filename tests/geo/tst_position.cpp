@@ -56,16 +56,4 @@ TEST(Position, OfSectionsWithOneKnownManholeIsTheirStart) {
     EXPECT_NE(Place(121, 31, 121.001, 0, 40.0F).GpsX, 121.0);
 }
 
-TEST(Position, DistanceIsMeasuredFromTheFirstPoint) {
-    const GeoPoint a(113.2644, 23.1291);
-    const GeoPoint b(113.2652, 23.1296);
-    EXPECT_DOUBLE_EQ(a.Ec, 6372634.33012);
-    EXPECT_DOUBLE_EQ(a.Ed, 5860415.473422942);
-    EXPECT_DOUBLE_EQ(a.RadLon, 1.9768366715746668);
-    EXPECT_DOUBLE_EQ(GeoDistance(a, b), 98.93581174098483);
-    EXPECT_DOUBLE_EQ(GeoDistance(b, a), 98.9355576296114);
-    EXPECT_DOUBLE_EQ(GeoDistance(GeoPoint(-113.2644, -23.1291), b), 98.93581174098483);
-    EXPECT_EQ(GeoDistance(a, a), 0.0);
-}
-
 }  // namespace

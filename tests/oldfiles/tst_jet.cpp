@@ -1,11 +1,7 @@
 // Files of the older engine: converted, refused, listed.
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <linux/filter.h>
-#include <linux/seccomp.h>
 #include <sys/file.h>
-#include <sys/prctl.h>
-#include <sys/syscall.h>
 
 #include <cerrno>
 #include <chrono>
@@ -190,28 +186,6 @@ private:
     bool m_stop;
 };
 
-TEST_F(Jet, LongWorkIsToldAndCanBeStopped) {
-    const std::string path = Take("big_project.mdb");
-    CSlowProgress stopping(true);
-    {
-        const CSeamScope seams({nullptr, nullptr, nullptr, nullptr, &stopping});
-        EXPECT_FALSE(Convert(path));
-        EXPECT_FALSE(OldFiles().PrepareToOpen(path, CDbPassword));  // without any question or message
-        EXPECT_TRUE(ListOldDatabase(path, CDbPassword).Stopped);
-    }
-    EXPECT_TRUE(stopping.Texts.empty());  // it didn't last
-    EXPECT_EQ(Files(), std::vector<std::string>{"p.mdb"});
-    for (const int message : {3202, 3201}) {
-        CSlowProgress slow(false);
-        const CSeamScope seams({nullptr, nullptr, nullptr, nullptr, &slow});
-        EXPECT_TRUE(message == 3201 ? Convert(path) : ListOldDatabase(path, CDbPassword).Records == 20000);
-        ASSERT_GE(slow.Texts.size(), 2U);
-        EXPECT_EQ(slow.Texts.front(), LoadMessage(message) + " p.mdb");
-        EXPECT_EQ(slow.Texts.back(), "");  // over
-        EXPECT_EQ(slow.Last, slow.Total);
-    }
-}
-
 // Does something once, in the middle of an operation.
 class CMeanwhile : public CProgress {
 public:
@@ -244,50 +218,6 @@ TEST_F(Jet, TwoConversionsDontMeet) {
     m_folder.Prompts.Expect(2000);
     EXPECT_FALSE(ConvertTo(path, m_folder.Path("db/late.mdb"), CDbPassword));
     EXPECT_EQ(Files(), (std::vector<std::string>{"new.mdb", "p.mdb"}));
-}
-
-TEST_F(Jet, NamesMayBeAsLongAsTheSystemLets) {
-    const std::string longest = std::string(251, 'n') + ".mdb";
-    ASSERT_TRUE(ConvertTo(Take("project.mdb"), m_folder.Path("db/" + longest), CDbPassword));
-    const std::string kept = std::string(247, 'o') + ".mdb";
-    ASSERT_TRUE(Convert(Take("project.mdb", "db/" + kept)));
-    EXPECT_EQ(Files(), (std::vector<std::string>{longest, kept, kept + ".jet", "p.mdb"}));
-}
-
-// From now on renaming fails in this process; with `oneKind` only the one that replaces nothing.
-bool ForbidRenaming(bool oneKind) {
-    const auto answer = [](int error) -> std::uint32_t {
-        return SECCOMP_RET_ERRNO | static_cast<std::uint32_t>(error);
-    };
-    sock_filter steps[] = {
-        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
-        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_renameat2, 1, 0),
-        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_renameat, 1, 2),  // what replaces comes as this one
-        BPF_STMT(BPF_RET | BPF_K, answer(EINVAL)),
-        BPF_STMT(BPF_RET | BPF_K, oneKind ? SECCOMP_RET_ALLOW : answer(EIO)),
-        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
-    };
-    const sock_fprog program{std::size(steps), steps};
-    return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
-           prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0;
-}
-
-TEST_F(Jet, WhereRenamingFailsAllStaysAsItWas) {
-    const std::string path = Take("project.mdb");
-    m_folder.Prompts.Allow(2000);
-    const COtherProcess failing([&](char) {
-        return ForbidRenaming(false) && !Convert(path) &&
-               m_folder.Prompts.LastText() == LoadMessage(2000) + path;
-    });
-    EXPECT_TRUE(failing.Do('x'));
-    EXPECT_EQ(Files(), std::vector<std::string>{"p.mdb"});
-    EXPECT_TRUE(m_folder.ReadFile("db/p.mdb") == Bytes("project.mdb"));
-
-    const std::string target = m_folder.Path("db/q.mdb");
-    const COtherProcess poorer(
-        [&](char) { return ForbidRenaming(true) && ConvertTo(path, target, CDbPassword); });
-    EXPECT_TRUE(poorer.Do('x'));
-    EXPECT_EQ(Files(), (std::vector<std::string>{"p.mdb", "q.mdb"}));
 }
 
 TEST_F(Jet, ListingsReadFilesAsTheyAre) {
@@ -329,39 +259,6 @@ TEST_F(Jet, ListingsReadFilesAsTheyAre) {
     expectAll(list({2002, 2000, 2005, 2018}));
     fs::last_write_time(m_folder.Host("db/a.mdb"), fs::file_time_type::clock::now());
     EXPECT_EQ(list({2000, 2002, 2000, 2005, 2018}).Rows.size(), 1U);
-}
-
-TEST_F(Jet, StandardsMakeProjectsAndStayUntouched) {
-    const std::string standard = Take("SH.mdb", "db/Criterion/old.mdb");
-    Take("bad/trunc_half.mdb", "db/Criterion/torn.mdb");
-    CCriterionDataArray criteria;
-    m_folder.Prompts.Expect(2000);
-    LoadCriterionList(criteria, GetCriterionFolder(), CDbPassword);
-    ASSERT_EQ(criteria.GetSize(), 6);
-    EXPECT_EQ(criteria[3].Name, "上海地标");
-    EXPECT_EQ(criteria[5].Name, LoadMessage(2004));
-
-    const std::string path = CreateProject({"新", "c", "i", "l"}, 3, criteria);
-    ASSERT_NE(path, "");
-    EXPECT_TRUE(ReadHostFile(m_folder.Host("db/Criterion/old.mdb")) == Bytes("SH.mdb"));
-    EXPECT_EQ(Files(), std::vector<std::string>{GetFileName(path)});
-    CDbRec database;
-    _PRO_DATA project;
-    ASSERT_TRUE(database.OpenDatabase(path, CDbPassword) && database.ReadAttrib(project));
-    EXPECT_EQ(project.ProjectName + project.CriterionName, "新上海地标");
-    EXPECT_EQ(database.DefectCodes.size(), 23U);
-
-    m_folder.Prompts.Expect(2000);
-    EXPECT_EQ(CreateProject({"x", "", "", ""}, 5, criteria), "");
-    EXPECT_EQ(Files(), std::vector<std::string>{GetFileName(path)});
-}
-
-TEST_F(Jet, ProjectsAreDeletedWithoutConversion) {
-    const std::string path = Take("project.mdb");
-    m_folder.Prompts.ExpectQuestion(2204, true);
-    EXPECT_TRUE(DeleteProject(path));
-    EXPECT_TRUE(m_folder.Desktop.Trashed == std::vector{Bytes("project.mdb")});
-    EXPECT_TRUE(Files().empty());
 }
 
 }  // namespace

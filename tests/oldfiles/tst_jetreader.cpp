@@ -108,20 +108,6 @@ TEST_F(JetReader, EndsAtItsLimits) {
 #endif
 }
 
-TEST_F(JetReader, KnowsNothingOfItsSurroundings) {
-    // Each of these would change what the library reads or writes.
-    setenv("MDBICONV", "UTF-16LE", 1);
-    setenv("MDBOPTS", "debug_all", 1);
-    setenv("MDBPATH", "/", 1);
-    m_folder.WriteFile("p", Bytes("project_variant.mdb"));
-    EXPECT_EQ(Read("p", JetLimits::ForSize(5'000'000)), std::nullopt) << m_reason;
-    for (const char* name : {"MDBICONV", "MDBOPTS", "MDBPATH"}) {
-        unsetenv(name);
-    }
-    EXPECT_NE(std::find(m_counter.Names.begin(), m_counter.Names.end(), "中文表 名.编号"),
-              m_counter.Names.end());
-}
-
 // Bytes changed anywhere: read or refused, never a crash of ours, and never for long.
 TEST_F(JetReader, SurvivesChangedBytes) {
     const std::string sound = Bytes("project_overflow.mdb");

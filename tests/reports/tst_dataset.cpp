@@ -157,60 +157,6 @@ TEST_F(Dataset, ListsOfDensityScoring) {
     EXPECT_EQ(lists.SectionRows.size(), 1U + 3U * 14U);
 }
 
-TEST_F(Dataset, WithoutAChosenSectionEverythingIsEmpty) {
-    CReportProject project(m_folder, "CQ");
-    ReportLists lists;
-    ASSERT_TRUE(CollectReport(project.Database, Chongqing, {}, 6, 10, lists));
-    EXPECT_EQ(Texts(lists.ProjectStrings.begin() + 3, lists.ProjectStrings.begin() + 8),
-              (Texts{"", "", "", "0.0", "0.0"}));
-    EXPECT_EQ(Texts(lists.ProjectStrings.end() - 2, lists.ProjectStrings.end()), (Texts{"0", "0"}));
-    EXPECT_EQ(lists.SectionRows, Texts{"0"});
-    EXPECT_EQ(lists.WellDefectRows, Texts{"0"});
-    // Of the whole project.
-    const std::string file = Utf8FromGbk(project.Database.ReportBytes());
-    EXPECT_NE(file.find(" Testingnum=\"5\""), std::string::npos);
-    EXPECT_NE(file.find(" checkDate=\"2026/03/14\""), std::string::npos);
-}
-
-TEST_F(Dataset, TypesGoByTheOrderOfTheirTable) {
-    CReportProject project(m_folder, "CQ");
-    ReportLists lists;
-    // One more place than the code list has in common with the table, and two codes it doesn't know.
-    lists.Codes = {"QQ", "sg", "zw", "XX", "PL"};
-    lists.Names = {"q", "s", "z", "x", "p"};
-    ASSERT_TRUE(project.Database.BuildReportData(lists, {2, 3}, false));
-    const std::string file = Utf8FromGbk(project.Database.ReportBytes());
-    // Of 0, 1 and 1 the second is the first largest; second in the table is another defect.
-    EXPECT_NE(file.find("<defeatALL5 sumlevelALL=\"3\" indexMAXname=\"变形\" />"), std::string::npos);
-    EXPECT_NE(file.find("        <PipeSection />\n"
-                        "        <PipeSection name=\"树根\" value=\"0\" />\n"
-                        "        <PipeSection name=\"障碍物\" value=\"1\" />\n"
-                        "        <PipeSection />\n"
-                        "        <PipeSection name=\"破裂\" value=\"1\" />\n"),
-              std::string::npos);
-    EXPECT_NE(file.find("    <defeatBXS>\n        <defeatBX />\n"), std::string::npos);
-    EXPECT_NE(file.find("<defeatZW level0=\"0\" level1=\"0\" level2=\"1\" level3=\"0\" Levelall=\"1\" />"),
-              std::string::npos);
-    EXPECT_EQ(lists.DefectCountsByType, (CDWordArray{0, 0, 1, 0, 1}));
-}
-
-TEST_F(Dataset, FailuresAreTold) {
-    CReportProject project(m_folder, "CQ");
-    ReportLists lists;
-    m_folder.Prompts.Expect(2158);
-    EXPECT_FALSE(CollectReport(project.Database, LoadMessage(2700), project.Chosen, 6, 10, lists));
-    m_folder.Prompts.Expect(2158);
-    EXPECT_FALSE(CollectReport(project.Database, "别的标准", project.Chosen, 6, 10, lists));
-
-    project.Database.Execute("drop table Record");
-    m_folder.Prompts.Expect(2017);
-    m_folder.Prompts.Expect(2157);
-    EXPECT_FALSE(CollectReport(project.Database, Chongqing, project.Chosen, 6, 10, lists));
-    m_folder.Prompts.Expect(2017);  // and no more
-    EXPECT_FALSE(CollectReport(project.Database, Chongqing, {}, 6, 10, lists));
-    EXPECT_EQ(project.Database.ReportBytes(), "<?xml version=\"1.0\" ?>\n");
-}
-
 TEST(TableSortTest, RowsGoByTheirKeys) {
     Texts list = {"b",   "2",  "x1",  //
                   "A",   "10", "x2",  //

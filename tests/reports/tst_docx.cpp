@@ -41,32 +41,6 @@ protected:
     CTestFolder m_folder;
 };
 
-TEST_F(Docx, WhatIsNotTouchedStays) {
-    const std::string body =
-        "<!-- a note --><w:p w:rsidR=\"00AB\"><w:pPr><w:pStyle w:val=\"X\"/></w:pPr><w:r><w:t "
-        "xml:space=\"preserve\"> "
-        "</w:t></w:r><w:r><w:t>a &lt;b&gt; &amp; c</w:t></w:r><x:y xmlns:x=\"urn:x\" x:z=\"1\"/></w:p>";
-    CDocx document(Write(MakeDocument(body)));
-    std::map<std::string, std::string> parts = Saved(document);
-    EXPECT_NE(parts["word/document.xml"].find(body), std::string::npos) << parts["word/document.xml"];
-    EXPECT_EQ(parts["custom/unknown.bin"], std::string("\0\1\xFF", 3));
-    // What comes out is a document, not a template.
-    EXPECT_NE(parts["[Content_Types].xml"].find("document.main+xml"), std::string::npos);
-    EXPECT_EQ(parts["[Content_Types].xml"].find("template.main+xml"), std::string::npos);
-    // A break in an attribute stays one, and what readers take for a blank becomes one.
-    CDocx breaks(Write(MakeDocument("<w:p x:a=\"1&#10;2&#9;3&#13;&amp;'\" x:b='4\n5\r\n6\t7'/>")));
-    EXPECT_NE(SavedText(breaks).find("<w:p x:a=\"1&#10;2&#9;3&#13;&amp;'\" x:b=\"4 5 6 7\"/>"),
-              std::string::npos)
-        << SavedText(breaks);
-    document.Save(m_folder.Path("out.docx"));
-    const std::string file = m_folder.ReadFile("out.docx");
-    EXPECT_EQ(ReadZip(file).front().Name, "[Content_Types].xml");
-    // A document opens as well, and equal content makes equal files.
-    CDocx again(m_folder.Path("out.docx"));
-    again.Save(m_folder.Path("again.docx"));
-    EXPECT_EQ(m_folder.ReadFile("again.docx"), file);
-}
-
 TEST_F(Docx, TextsTakeTheLookOfWhatTheyReplace) {
     const std::string look = "<w:rPr><w:b/></w:rPr>";
     CDocx document(Write(
@@ -174,42 +148,6 @@ TEST_F(Docx, FinishedRowsAreTextAndKeepTheirPlace) {
     EXPECT_EQ(texts, "row 1|row 2|row 3|last|");
 }
 
-TEST_F(Docx, FormsStandInTheOrderOfTheDocument) {
-    CDocx document(Write(MakeDocument(
-        Paragraph("above") +
-        MakeTable("<w:tr>" + Cell("<w:p>" + Bookmark("form", "<w:r><w:t>empty</w:t></w:r>") + "</w:p>") +
-                  "</w:tr>") +
-        MakeTable("<w:tr>" + Cell("<w:p>" + Bookmark("next", "") + "</w:p>") + "</w:tr>"))));
-    CDocxForm form = document.TakeForm("form");
-    for (int i = 3; i > 0; --i) {
-        if (i == 3) {
-            form.InsertPageBreak();
-        } else if (i == 2) {
-            form.InsertParagraphs(2);
-        }
-        CDocxTable table = form.Paste();
-        table.AddRow();
-        table.SetCell(2, 1, "form " + std::to_string(i));
-    }
-    EXPECT_FALSE(document.HasBookmark("form"));
-    document.Table("next").SetCell(1, 1, "below");
-    const std::string xml = SavedText(document);
-    std::string order;
-    tinyxml2::XMLDocument tree;
-    ParseXml(tree, xml, "");
-    for (const XmlElement* block = tree.RootElement()->FirstChildElement()->FirstChildElement();
-         block != nullptr; block = block->NextSiblingElement()) {
-        const std::string text = PrintXml(*block);
-        for (const char* part :
-             {"above", "form 1", "form 2", "form 3", "below", "type=\"page\"", "w:sectPr"}) {
-            order += text.find(part) != text.npos ? part : "";
-        }
-        order += "|";
-    }
-    // Tables never touch each other, since they would become one.
-    EXPECT_EQ(order, "above|form 1|||form 2|type=\"page\"|form 3||below|w:sectPr|");
-}
-
 TEST_F(Docx, PicturesAreStoredOnceAndShownInTheirSize) {
     const std::string red = MakeBitmap(96, 48, 0xFF);
     const std::string first = m_folder.WriteFile("p/a.jpg", red);  // the content counts, not the ending
@@ -254,86 +192,6 @@ TEST_F(Docx, PicturesAreStoredOnceAndShownInTheirSize) {
     EXPECT_THROW(document.Save(m_folder.Path("out.docx")), COoxmlError);
     EXPECT_EQ(m_folder.ReadFile("out.docx"), former);
     EXPECT_THROW(document.Save(m_folder.Path("no folder/out.docx")), COoxmlError);
-}
-
-TEST_F(Docx, PicturesAreKnownByTheirContent) {
-    const std::string jpeg = std::string("\xFF\xD8\xFF\xE0\0\x10JFIF\0\1\1\1\0\x48\0\x48\0\0", 20) +
-                             std::string("\xFF\xC0\0\x0B\x08\x02\x40\x02\xD0\1\1\x11\0", 13) +
-                             std::string("\xFF\xDA\0\x08\1\1\0\0\x3F\0\x12\x34\xFF\xD9", 14);
-    const auto info = ReadPictureInfo(jpeg);
-    ASSERT_TRUE(info);
-    EXPECT_EQ(std::string(info->MediaType), "image/jpeg");
-    EXPECT_EQ(info->PixelWidth, 720);
-    EXPECT_EQ(info->PixelHeight, 576);
-    EXPECT_EQ(info->Width, 720);  // 72 pixels an inch
-    const std::string png = m_folder.ReadFile("ui/clock0.png");
-    ASSERT_TRUE(ReadPictureInfo(png));
-    EXPECT_EQ(ReadPictureInfo(png)->PixelWidth, 160);
-    EXPECT_TRUE(ReadPictureInfo(jpeg + "what a camera leaves behind"));
-    std::string empty = jpeg;
-    EXPECT_FALSE(ReadPictureInfo(empty.erase(jpeg.size() - 4, 2)));  // the end follows the scan's head
-    for (std::size_t size = 0; size < 200; ++size) {
-        EXPECT_FALSE(ReadPictureInfo(jpeg.substr(0, std::min(size, jpeg.size() - 1)))) << size;
-        EXPECT_FALSE(ReadPictureInfo(png.substr(0, size))) << size;
-        EXPECT_FALSE(ReadPictureInfo(MakeBitmap(4, 4, 1).substr(0, std::min<std::size_t>(size, 101))))
-            << size;
-    }
-    EXPECT_FALSE(ReadPictureInfo(png.substr(0, png.size() - 12)));
-    // One bit changed anywhere: in the size, in the data, in a checksum.
-    for (std::size_t at = 8; at < png.size(); at += png.size() / 150) {
-        std::string damaged = png;
-        damaged[at] = static_cast<char>(damaged[at] ^ 0x10);
-        EXPECT_FALSE(ReadPictureInfo(damaged)) << at;
-    }
-    EXPECT_FALSE(ReadPictureInfo("<svg/>"));
-}
-
-// Right checksums around data that isn't what the head tells.
-TEST_F(Docx, PicturesHaveAsManyPixelsAsTheyTell) {
-    const auto big = [](unsigned long value) {
-        std::string text;
-        for (int shift = 24; shift >= 0; shift -= 8) {
-            text += static_cast<char>(value >> shift & 0xFF);
-        }
-        return text;
-    };
-    const auto bytes = [](const std::string& text) { return reinterpret_cast<const Bytef*>(text.data()); };
-    const auto chunk = [&](const std::string& content) {
-        return big(content.size() - 4) + content +
-               big(crc32(0, bytes(content), static_cast<uInt>(content.size())));
-    };
-    // `form`: bits of a channel, kind of colours, two zeros, whether it comes in passes.
-    const auto png = [&](unsigned long width, unsigned long height, const std::string& form,
-                         std::size_t raw) {
-        const std::string rows(raw, '\0');
-        uLongf size = compressBound(raw);
-        std::string packed(size, '\0');
-        compress(reinterpret_cast<Bytef*>(packed.data()), &size, bytes(rows), raw);
-        packed.resize(size);
-        return "\x89PNG\r\n\x1A\n" + chunk("IHDR" + big(width) + big(height) + form) +
-               chunk("IDAT" + packed.substr(0, 5)) + chunk("IDAT" + packed.substr(5)) + chunk("IEND");
-    };
-    struct Case {
-        std::string Form;
-        std::size_t Raw;
-    };
-    // 10 x 9 pixels.
-    const std::vector<Case> cases{
-        {{"\1\0\0\0\0", 5}, 9 * (1 + 2)},
-        {{"\x10\0\0\0\0", 5}, 9 * (1 + 20)},
-        {{"\4\3\0\0\0", 5}, 9 * (1 + 5)},
-        {{"\x08\2\0\0\0", 5}, 9 * (1 + 30)},
-        {{"\x08\4\0\0\0", 5}, 9 * (1 + 20)},
-        {{"\x10\6\0\0\0", 5}, 9 * (1 + 80)},
-        // 2x2, 1x2, 3x1, 2x3, 5x2, 5x5, 10x4
-        {{"\x08\2\0\0\1", 5}, 2 * 7 + 2 * 4 + 10 + 3 * 7 + 2 * 16 + 5 * 16 + 4 * 31}};
-    for (const Case& c : cases) {
-        EXPECT_TRUE(ReadPictureInfo(png(10, 9, c.Form, c.Raw))) << c.Raw;
-        EXPECT_FALSE(ReadPictureInfo(png(10, 9, c.Form, c.Raw - 1))) << c.Raw;
-        EXPECT_FALSE(ReadPictureInfo(png(10, 9, c.Form, c.Raw + 1))) << c.Raw;
-    }
-    EXPECT_FALSE(ReadPictureInfo(png(10, 9, {"\2\2\0\0\0", 5}, 9 * (1 + 8))));  // no such form
-    EXPECT_TRUE(ReadPictureInfo(png(3, 40000, {"\x08\2\0\0\0", 5}, 40000 * 10)));
 }
 
 TEST_F(Docx, ChartsCarryTheirNumbersTwice) {

@@ -143,18 +143,6 @@ TEST_F(WordReports, FormsOfDefectsThreeAPage) {
     EXPECT_TRUE(Make(project, LoadMessage(2152), "s.docx").Complete);
 }
 
-TEST_F(WordReports, WithoutDefectsTheChartIsMissing) {
-    CReportProject project(m_folder, "GB");
-    project.Chosen = {5};
-    m_folder.Prompts.Expect(2384);
-    const WordReport report = Make(project, LoadMessage(2150), "r.docx");
-    EXPECT_FALSE(report.Complete);
-    EXPECT_EQ(report.Path, m_folder.Path("r.docx"));
-    ExpectLines(ReadReport(m_folder.Host("r.docx")),
-                {"没有可统计的缺陷，未生成统计图。", "没有可统计的缺陷，未生成统计图。", "|||||||||",
-                 "序号|1|管段名称|五号"});
-}
-
 TEST_F(WordReports, GoIntoTheDocumentsOrAreToldNotTo) {
     CReportProject project(m_folder, "GB");
     (void)Make(project, LoadMessage(2150), "r.docx");
@@ -180,17 +168,6 @@ TEST_F(WordReports, GoIntoTheDocumentsOrAreToldNotTo) {
     m_folder.Prompts.Expect(2388);
     EXPECT_EQ(write().Path, "");
     EXPECT_FALSE(fs::exists(m_folder.Host("home/Documents/Drovane/幸福路_东 (3).docx")));
-}
-
-TEST_F(WordReports, TheTemporaryFolderIsOnesOwn) {
-    EXPECT_EQ(GetTemporaryFolder(), m_folder.Path("~Drovane") + "\\");
-    struct stat made {};
-    ASSERT_EQ(stat(m_folder.Host("~Drovane").c_str(), &made), 0);
-    EXPECT_EQ(made.st_mode & 0777, 0700U);
-    // Somebody else was there first, and led the name elsewhere.
-    fs::remove(m_folder.Host("~Drovane"));
-    fs::create_directory_symlink(m_folder.Host("home"), m_folder.Host("~Drovane"));
-    EXPECT_EQ(GetTemporaryFolder(), m_folder.Path("~Drovane-" + std::to_string(geteuid())) + "\\");
 }
 
 }  // namespace

@@ -108,16 +108,6 @@ TEST_F(Export, OpensWithTheListsOfTheStandard) {
     }
 }
 
-TEST_F(Export, WithoutAReportItNeverComesUp) {
-    m_folder.Prompts.Expect(2153);
-    EXPECT_EQ(CDlgExport(Open("GB", "别的规范")).DoModal(), CSizeDlg::IdCancel);
-    EXPECT_TRUE(m_folder.Prompts.LastText().ends_with("别的规范"));
-    m_project->Database.Execute("drop table Attrib");
-    m_folder.Prompts.Expect(2005);
-    EXPECT_EQ(CDlgExport(m_project->Database).DoModal(), CSizeDlg::IdCancel);
-    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
-}
-
 TEST_F(Export, RowsAreTickedWithTheMouseAndWithKeys) {
     (void)Run(Open("GB"), [](CSizeDlg& dialog) {
         CTestingList& list = List(dialog);
@@ -189,26 +179,6 @@ TEST_F(Export, WhatFailsLeavesTheWindowOpen) {
         EXPECT_EQ(dialog.GetDlgItem(Status)->toolTip(),
                   ToQt(HostFiles().HostPath(m_folder.Desktop.Opened[0])));
         EXPECT_EQ(QApplication::overrideCursor(), nullptr);
-        Press(dialog, CSizeDlg::IdCancel);
-    });
-}
-
-TEST_F(Export, WhatComesDuringTheWorkIsDropped) {
-    m_folder.Desktop.CanOpen = true;
-    (void)Run(Open("GB"), [&](CSizeDlg& dialog) {
-        CPainted painted;
-        painted.OnPaint = [&] {
-            QTest::mouseClick(dialog.GetDlgItem(CSizeDlg::IdOk), Qt::LeftButton);
-            dialog.close();
-        };
-        dialog.GetDlgItem(Status)->installEventFilter(&painted);
-        Press(dialog, All);
-        m_folder.Prompts.Expect(2384);
-        Press(dialog, CSizeDlg::IdOk);
-        painted.OnPaint = nullptr;
-        EXPECT_GT(painted.Texts.size(), 3U);
-        EXPECT_EQ(m_folder.Desktop.Opened.size(), 1U);
-        EXPECT_TRUE(dialog.isVisible());
         Press(dialog, CSizeDlg::IdCancel);
     });
 }

@@ -186,18 +186,6 @@ TEST_F(ReviewWindow, TheInspectionTableGoesIntoTheDocuments) {
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
 
-TEST_F(ReviewWindow, TheWordReportIsAskedForOfTheOpenProject) {
-    CDlgProAtrrib window(Project);
-    window.show();
-    WaitFor(50);
-    InNextDialog([](CSizeDlg& dialog) {
-        EXPECT_EQ(dialog.Item<CTestingList>(Sections)->RowText(1, 1), "Y1 - Y2");
-        PressKey(dialog, Qt::Key_Escape);
-    });
-    Press(window, 1026);
-    EXPECT_TRUE(AllDialogsCame());
-}
-
 TEST_F(ReviewWindow, OnlyTheLastOfABurstOfSelectionsLoadsItsVideo) {
     CDlgProAtrrib window(Project);
     window.show();
@@ -328,26 +316,6 @@ TEST_F(ReviewWindow, TwentyDefectsAreStoredWithKeysAlone) {
         EXPECT_EQ(ReadNumber(ReadPicture(picture)), i * 5) << record.GetPicture1();
         EXPECT_TRUE(HostFiles().Exists(MakeOriginalPath(record.GetPicture1())));
     }
-}
-
-TEST_F(ReviewWindow, ACancelledDefectLeavesNoPicture) {
-    CDlgProAtrrib window(Project);
-    window.show();
-    WaitFor(50);
-    List(window).SelectRow(1);
-    ASSERT_TRUE(WaitFor([&] { return PlayerOf(window).Duration() > 0.0; }));
-    for (const int command : {1035, 1037}) {
-        InNextDialog([&](CSizeDlg& dialog) {
-            EXPECT_TRUE(std::filesystem::exists(Folder.Host("job/picture/Y1-Y2_092653.jpg")));
-            Photograph(dialog, QString::number(command));
-            Press(dialog, CSizeDlg::IdCancel);
-        });
-        Press(window, command);
-        EXPECT_TRUE(AllDialogsCame());
-        EXPECT_FALSE(std::filesystem::exists(Folder.Host("job/picture/Y1-Y2_092653.jpg")));
-        EXPECT_FALSE(std::filesystem::exists(Folder.Host("job/picture/Y1-Y2_092653_original.jpg")));
-    }
-    EXPECT_EQ(DefectsOf(window).RowCount(), 2);
 }
 
 TEST_F(ReviewWindow, KeysObeyWhereverNoTextIsTyped) {

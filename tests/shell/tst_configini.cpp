@@ -23,13 +23,6 @@ protected:
         "oprator=o\r\n");
 };
 
-TEST_F(ConfigIni, IsMadeWithAllTwelveValues) {
-    EXPECT_EQ(LoadNewPipeDefaults(), NewPipeDefaults());
-    ASSERT_TRUE(SaveNewPipeDefaults(Values));
-    EXPECT_EQ(m_folder.ReadFile("config.ini"), "[new_pipe_section]\r\n" + Lines);
-    EXPECT_EQ(LoadNewPipeDefaults(), Values);
-}
-
 TEST_F(ConfigIni, KeepsWhatIsntItsOwn) {
     const std::string before =
         "; \xB9 note\r\n[Other]\r\nplace=x\n key = 1 \r\n\r\n[ NEW_pipe_section ]\r\nmore=\"y\"\r\n";
@@ -76,20 +69,6 @@ TEST_F(ConfigIni, ValuesAreReadAsProfilesAre) {
     EXPECT_EQ(LoadNewPipeDefaults().Company, GbkPrefix(lengthy.Company, 99));
     EXPECT_EQ(LoadNewPipeDefaults().Tester, GbkPrefix(lengthy.Tester, 98));
     EXPECT_EQ(LoadNewPipeDefaults().TaskName, "a");
-}
-
-TEST_F(ConfigIni, IncompleteFilesAreCompleted) {
-    for (const std::string head :
-         {"", "[other]", "x=1\r\n[Other", "[new_pipe_section]", "[new_pipe_section]\n\n[b]"}) {
-        (void)Load(head);
-        ASSERT_TRUE(SaveNewPipeDefaults(Values));
-        EXPECT_EQ(LoadNewPipeDefaults(), Values) << head;
-        EXPECT_TRUE(m_folder.ReadFile("config.ini").starts_with(head.substr(0, 18))) << head;
-    }
-    std::filesystem::remove(m_folder.Host("config.ini"));
-    std::filesystem::create_directory(m_folder.Host("config.ini"));
-    EXPECT_FALSE(SaveNewPipeDefaults(Values));
-    EXPECT_EQ(LoadNewPipeDefaults(), NewPipeDefaults());
 }
 
 }  // namespace

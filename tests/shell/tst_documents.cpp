@@ -24,20 +24,6 @@ TEST(Documents, LieWhereTheDesktopSays) {
     }
 }
 
-TEST(Documents, AreNamedForTheirTitle) {
-    EXPECT_EQ(MakeDocumentName("幸福路 2.0", ".xlsx"), "幸福路 2.0.xlsx");
-    EXPECT_EQ(MakeDocumentName("a\\b/c:d*e?f\"g<h>i|j\nk", ".xlsx"), "a_b_c_d_e_f_g_h_i_j_k.xlsx");
-    EXPECT_EQ(MakeDocumentName(" . ", ".xlsx"), "_.xlsx");
-    EXPECT_EQ(MakeDocumentName("", ".xlsx"), "_.xlsx");
-    std::string title;
-    for (int i = 0; i < 100; ++i) {
-        title += "管";
-    }
-    const std::string name = MakeDocumentName(title, ".xlsx");
-    EXPECT_EQ(name.size(), 65U * 3 + 5);
-    EXPECT_TRUE(IsValidUtf8(name));
-}
-
 TEST(Documents, TakeNobodysPlace) {
     CTestFolder folder;
     const CTestHome home(folder.Host("home"));

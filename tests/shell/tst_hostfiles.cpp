@@ -27,10 +27,6 @@ protected:
     int Count(const std::string& folder) {
         return static_cast<int>(std::distance(fs::directory_iterator(m_folder.Host(folder)), {}));
     }
-    // As if the folder had last changed a while ago, so that its listing is worth keeping.
-    void Age(const std::string& folder) {
-        fs::last_write_time(m_folder.Host(folder), fs::file_time_type::clock::now() - seconds(100));
-    }
     CTestFolder m_folder;
     CHostFiles& m_files = HostFiles();
 };
@@ -49,51 +45,6 @@ TEST_F(HostFile, NamesMatchWithoutCase) {
     // What doesn't exist lies in the folder that does.
     EXPECT_EQ(Resolved(m_folder.Path("JOB/New/x.txt")), m_folder.Host("Job/New/x.txt"));
     EXPECT_FALSE(m_files.Exists(m_folder.Path("JOB/New/x.txt")));
-}
-
-TEST_F(HostFile, NoSecondTwinIsMade) {
-    fs::create_directories(m_folder.Host("Job/Sub"));
-    EXPECT_TRUE(m_files.WriteFile(m_folder.Path("job/sub/A.txt"), "1"));
-    EXPECT_TRUE(m_files.WriteFile(m_folder.Path("JOB/SUB/a.TXT"), "2"));
-    EXPECT_TRUE(m_files.MakeFolder(m_folder.Path("jOB/sUB/Deep")));
-    EXPECT_TRUE(m_files.CopyFile(m_folder.Path("job/sub/a.txt"), m_folder.Path("job/SUB/deep/B.txt"),
-                                 CHostFiles::Existing::Replace));
-    EXPECT_TRUE(m_files.Mirror().Copy(m_folder.Path("job/sub/a.txt"), m_folder.Path("JOB/sub/DEEP/b.TXT")));
-    EXPECT_EQ(m_folder.ReadFile("Job/Sub/A.txt"), "2");
-    EXPECT_EQ(m_folder.ReadFile("Job/Sub/Deep/B.txt"), "2");
-    EXPECT_EQ(Count("Job"), 1);
-    EXPECT_EQ(Count("Job/Sub"), 2);
-    EXPECT_EQ(Count("Job/Sub/Deep"), 1);
-}
-
-TEST_F(HostFile, DrivesAndServersLieInTheProgramFolder) {
-    EXPECT_EQ(Resolved("D:\\Works\\a.avi"), m_folder.Host("drives/d/Works/a.avi"));
-    EXPECT_EQ(Resolved("d:/Works//a.avi"), m_folder.Host("drives/d/Works/a.avi"));
-    EXPECT_EQ(Resolved("\\\\srv\\share\\a.avi"), m_folder.Host("drives/unc/srv/share/a.avi"));
-
-    m_folder.WriteFile("elsewhere/Video/V.avi", "x");
-    fs::create_directories(m_folder.Host("drives"));
-    fs::create_directory_symlink(m_folder.Host("elsewhere"), m_folder.Host("drives/f"));
-    EXPECT_EQ(m_files.ReadFile("F:\\video\\v.AVI", 10), "x");
-    EXPECT_TRUE(m_files.WriteFile("f:\\video\\new.avi", "y"));
-    // A drive comes into being when it is first written to.
-    EXPECT_TRUE(m_files.WriteFile("E:\\a.txt", "z"));
-    EXPECT_TRUE(m_files.CopyFile("e:\\A.TXT", "G:\\b.txt", CHostFiles::Existing::Keep));
-    EXPECT_EQ(m_folder.ReadFile("drives/g/b.txt"), "z");
-    EXPECT_FALSE(m_files.WriteFile("E:\\no folder\\a.txt", "z"));
-}
-
-TEST_F(HostFile, ChangesByOthersAreSeen) {
-    m_folder.WriteFile("Job/One.txt", "1");
-    const std::string two = m_folder.Path("job/TWO.txt");
-    Age("Job");
-    EXPECT_FALSE(m_files.Exists(two));
-    m_folder.WriteFile("Job/Two.txt", "2");
-    EXPECT_TRUE(m_files.Exists(two));
-    Age("Job");
-    EXPECT_EQ(m_files.ReadFile(m_folder.Path("JOB/ONE.TXT"), 10), "1");
-    fs::rename(m_folder.Host("Job"), m_folder.Host("jOB"));
-    EXPECT_EQ(m_files.ReadFile(m_folder.Path("JOB/ONE.TXT"), 10), "1");
 }
 
 TEST_F(HostFile, NamesWithABackslashAreNoPathTexts) {
@@ -134,24 +85,6 @@ TEST_F(HostFile, FilesAreReplacedWhole) {
     fs::permissions(m_folder.Host(""), fs::perms{0755});
     EXPECT_TRUE(AsOrdinaryUser([&] { return !m_files.WriteFile(m_folder.Path("real/a.txt"), "x"); }));
     EXPECT_EQ(m_folder.ReadFile("real/a.txt"), "new");
-}
-
-TEST_F(HostFile, PipesAndFoldersAreNoFiles) {
-    const std::string pipe = m_folder.Path("pipe");
-    ASSERT_EQ(mkfifo(m_folder.Host("pipe").c_str(), 0644), 0);
-    for (const std::string& path : {pipe, m_folder.Path("db")}) {
-        EXPECT_EQ(m_files.ReadFile(path, 10), std::nullopt);
-        EXPECT_FALSE(m_files.WriteFile(path, "x"));
-        EXPECT_FALSE(m_files.CopyFile(path, m_folder.Path("copy"), CHostFiles::Existing::Replace));
-        EXPECT_FALSE(m_files.Mirror().Copy(path, m_folder.Path("copy")));
-        EXPECT_FALSE(m_files.CopyFile(m_folder.WriteFile("x", "x"), path, CHostFiles::Existing::Replace));
-        EXPECT_FALSE(m_files.Mirror().Copy(m_folder.Path("x"), path));
-    }
-    EXPECT_FALSE(fs::exists(m_folder.Host("copy")));
-    EXPECT_TRUE(fs::is_fifo(m_folder.Host("pipe")));
-    EXPECT_EQ(m_files.ReadFile(m_folder.WriteFile("y", "12345"), 5), "12345");
-    EXPECT_EQ(m_files.ReadFile(m_folder.Path("y"), 4), std::nullopt);
-    EXPECT_EQ(m_files.ReadBeginning(m_folder.Path("y"), 4), "1234");
 }
 
 TEST_F(HostFile, Copies) {

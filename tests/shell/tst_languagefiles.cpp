@@ -19,47 +19,8 @@ namespace fs = std::filesystem;
 
 class Language : public testing::Test {
 protected:
-    LanguageTable Parsed(const std::string& content) {
-        m_folder.WriteFile("Language/t.lgu", content);
-        LanguageTable table = {"of another language"};
-        ParseLanguageFile("t", table);
-        return table;
-    }
     CTestFolder m_folder;
 };
-
-TEST_F(Language, ALowerNumberCutsTheTable) {
-    const LanguageTable table = Parsed("10 ten\n5 five\n7 seven\n");
-    EXPECT_EQ(table, (LanguageTable{"", "", "", "", "", "five", "", "seven"}));
-    EXPECT_EQ(Parsed("10000 last").size(), 10001U);
-    EXPECT_EQ(Parsed("").size(), 200U);
-}
-
-TEST_F(Language, LinesAreANumberABlankAndAText) {
-    const std::string gbk = GbkFromUtf8("管段");
-    const LanguageTable table =
-        Parsed("\r\n \t\r\n1\r\n2 \r\n\t12\ta\tb\r\n13   x  y \t\r\n14x %s\\n " + gbk +
-               "\r\n-5 no\r\n10001 no\r\n99999999999999999999 no\r\n15  " + gbk);
-    ASSERT_EQ(table.size(), 16U);
-    EXPECT_EQ(table[1] + table[2], "");
-    EXPECT_EQ(table[12], "a b");
-    EXPECT_EQ(table[13], "x  y");
-    EXPECT_EQ(table[14], "%s\\n 管段");
-    EXPECT_EQ(table[15], "管段");
-
-    std::mt19937 random(7);
-    for (int i = 0; i < 50; ++i) {
-        std::string bytes(random() % 8000, '\0');
-        for (char& byte : bytes) {
-            byte = i % 2 == 0 ? static_cast<char>(random()) : "0123456789 \n\x81"[random() % 13];
-        }
-        const LanguageTable any = Parsed(bytes);
-        EXPECT_LE(any.size(), 10001U);
-        for (const std::string& text : any) {
-            EXPECT_TRUE(IsValidUtf8(text));
-        }
-    }
-}
 
 TEST_F(Language, AMissingFileBlanksAllTexts) {
     m_folder.UseLanguage("English");

@@ -20,19 +20,6 @@ std::string Block(std::size_t offset, const std::string& bytes, std::size_t size
     return block.replace(offset, bytes.size(), bytes);
 }
 
-TEST_F(Settings, DefaultsHoldWithoutAFile) {
-    fs::create_directory(m_folder.Host("set.dat"));
-    SetLanguageName("x");
-    SetGpsPort(7);
-    SetWorkFolder("");
-    EXPECT_FALSE(LoadSettings());
-    EXPECT_FALSE(SaveSettings());
-    EXPECT_EQ(GetLanguageName(), "简体中文");
-    EXPECT_EQ(GetGpsPort(), 1U);
-    EXPECT_EQ(GetGpsBaud(), 0U);
-    EXPECT_EQ(GetWorkFolder(), "D:\\Works\\");
-}
-
 TEST_F(Settings, StandAtTheirPlacesInTheFile) {
     SetLanguageName(std::string(300, 'x'));  // leaves nothing behind a shorter one
     SetLanguageName("中A");
@@ -66,25 +53,6 @@ TEST_F(Settings, StandAtTheirPlacesInTheFile) {
     ASSERT_TRUE(SaveSettings());
     EXPECT_EQ(m_folder.ReadFile("set.dat")[259], '\0');
     EXPECT_EQ(m_folder.ReadFile("set.dat").substr(526), std::string("\xB9", 1) + std::string(4097, '\0'));
-}
-
-TEST_F(Settings, FilesOfOtherSizesCountAsFarAsTheyGo) {
-    m_folder.WriteFile("set.dat", Block(0, "English", 100));
-    EXPECT_TRUE(LoadSettings());
-    EXPECT_EQ(GetLanguageName(), "English");
-    EXPECT_EQ(GetGpsPort(), 0U);
-    EXPECT_EQ(GetWorkFolder(), "");
-
-    const std::string reserved = Block(268, "F:\\w").replace(4620, 4, "tail");
-    m_folder.WriteFile("set.dat", reserved + std::string(5376, 'x'));
-    EXPECT_TRUE(LoadSettings());
-    EXPECT_EQ(GetWorkFolder(), "F:\\w\\");
-    EXPECT_TRUE(SaveSettings());
-    EXPECT_EQ(m_folder.ReadFile("set.dat"), reserved);
-
-    m_folder.WriteFile("set.dat", std::string(4624, 'x'));  // no zero anywhere
-    EXPECT_TRUE(LoadSettings());
-    EXPECT_EQ(GetLanguageName(), std::string(260, 'x'));
 }
 
 }  // namespace

@@ -53,28 +53,4 @@ TEST(TextCodec, WhatIsNoCharacterBecomesAQuestionMark) {
     EXPECT_FALSE(IsValidUtf8("\xF4\x90\x80\x80"));
 }
 
-TEST(TextCodec, CutsCountBytesOfTheCodePage) {
-    EXPECT_EQ(GbkPrefix("管段", 3), "管");
-    EXPECT_EQ(GbkPrefix("管", 1), "");
-    EXPECT_EQ(GbkPrefix("€管", 3), "€管");
-    EXPECT_EQ(GbkPrefix("😀管", 2), "?");
-    EXPECT_EQ(GbkSuffix("a管b", 1), "管b");
-    EXPECT_EQ(GbkSuffix("管b", 2), "b");
-    EXPECT_EQ(Utf8FromGbk("\xB9\xDC\xB6"), "管");
-}
-
-TEST(TextCodec, FoldsAllLetters) {
-    EXPECT_EQ(LowerCase("ÄÉ ＡＺ ЖΣ 管 Z\xFFQ"), "äé ａｚ жσ 管 z\xFFq");
-    EXPECT_TRUE(EqualNoCase("Ｗ1管Ä", "ｗ1管ä"));
-    EXPECT_FALSE(EqualNoCase("ä", "a"));
-    EXPECT_LT(CompareNoCase("a", "B"), 0);
-    EXPECT_LT(CompareNoCase("Ж", "Жa"), 0);
-}
-
-TEST(TextCodec, OrderIsThatOfTheCodePage) {
-    EXPECT_LT(CompareGbk("北", "上"), 0);  // by pronunciation; in Unicode it is the other way round
-    EXPECT_LT(CompareGbk("Z", "a"), 0);
-    EXPECT_LT(CompareGbk("z", "管"), 0);
-}
-
 }  // namespace

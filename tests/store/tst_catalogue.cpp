@@ -87,21 +87,6 @@ TEST_F(Catalogue, ProjectsAreNamedByTheFirstFreeSecond) {
     EXPECT_EQ(m_folder.ReadFile("db/2027-01-01-000002.mdb"), "garbage");  // stays behind
 }
 
-TEST_F(Catalogue, AnOpenStandardIsLeftAlone) {
-    const std::string path = m_criteria[1].Path;
-    const COtherProcess process([&](char) {
-        m_folder.Prompts.Allow(2000);
-        return CDbBase().Open(path, CDbPassword);
-    });
-    CDbBase database;
-    ASSERT_TRUE(database.Open(path, CDbPassword));
-    m_folder.Prompts.Expect(2203);
-    EXPECT_EQ(Create("x", 1), "");
-    EXPECT_FALSE(process.Do('o'));  // the lock has outlived that
-    database.Close();
-    EXPECT_NE(Create("x", 1), "");
-}
-
 TEST_F(Catalogue, RowsBehindAnUnreadableFileAreShifted) {
     ASSERT_NE(Create("first"), "");
     m_folder.Clock.Local += std::chrono::seconds(10);

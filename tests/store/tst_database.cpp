@@ -117,39 +117,6 @@ TEST_F(Database, WhatIsNoDatabaseIsRefusedAndStaysAsItIs) {
     }
 }
 
-TEST_F(Database, WithoutItsTablesItIsClosedAgain) {
-    CDbRec database;
-    database.Create(m_folder.Host("db/foreign.mdb").string(), CDbPassword);
-    database.Close();
-    m_folder.Prompts.Expect(2002);
-    EXPECT_FALSE(database.OpenDatabase(m_folder.Path("db/foreign.mdb"), CDbPassword));
-    EXPECT_FALSE(database.IsOpen());
-    // What exists is never made anew, least of all what is open.
-    const std::string path = m_folder.MakeProject();
-    EXPECT_THROW(CDbBase().Create(m_folder.Host("db/p.mdb").string(), CDbPassword), CDbError);
-    EXPECT_TRUE(database.OpenDatabase(path, CDbPassword));
-    EXPECT_FALSE(database.DefectCodes.empty());
-    EXPECT_THROW(CDbBase().Create(m_folder.Host("db/p.mdb").string(), CDbPassword), CDbError);
-    database.Close();
-    EXPECT_TRUE(database.DefectCodes.empty() && database.DefectLabels.empty());
-}
-
-TEST_F(Database, ThatCanNotBeWrittenIsRead) {
-    const std::string path = m_folder.MakeProject();
-    fs::permissions(m_folder.Host("db/p.mdb"), fs::perms{0444});
-    fs::permissions(m_folder.Host("db"), fs::perms{0555});
-    fs::permissions(m_folder.Host(""), fs::perms{0755});
-    m_folder.Prompts.Allow(2006);
-    EXPECT_TRUE(AsOrdinaryUser([&] {
-        CDbRec database;
-        _PRO_DATA project;
-        const bool read = database.OpenDatabase(path, CDbPassword) && database.ReadAttrib(project);
-        return read && !database.WriteAttrib(project, true) &&
-               m_folder.Prompts.LastText() == LoadMessage(2006) + "\r\n" + LoadMessage(3417) &&
-               database.CountRecords(-1) == 0;
-    }));
-}
-
 TEST_F(Database, WhatAKilledProcessLeftIsRolledBack) {
     const std::string path = m_folder.MakeProject();
     const std::string before = m_folder.ReadFile("db/p.mdb");

@@ -89,21 +89,4 @@ TEST_F(NewSections, TheFirstFailureEndsItAndKeepsWhatWasAdded) {
     EXPECT_EQ(Videos().size(), 1U);
 }
 
-TEST_F(NewSections, FoldersThatCannotBeMadeAreNamed) {
-    SetWorkFolder(Folder.WriteFile("plain", "") + "\\works");
-    Folder.Prompts.Expect(2202);
-    EXPECT_FALSE(Add({Section("A", "B", "x")}));
-    EXPECT_TRUE(Folder.Prompts.LastText().ends_with(Folder.Path("plain/works") + "\\"));
-    EXPECT_TRUE(Videos().empty());
-}
-
-TEST_F(NewSections, ARefusedInsertTakesItsCopyAway) {
-    Folder.Prompts.Expect(2013);
-    EXPECT_FALSE(AddNewSections(Database, {Section("A", "B", "x")}, [this](const std::string&) {
-        Database.Close();
-        return std::make_unique<CProgress>();
-    }));
-    EXPECT_TRUE(Works().empty());
-}
-
 }  // namespace

@@ -10,30 +10,6 @@
 
 namespace {
 
-TEST(SqlText, ValuesPassThroughTheirRules) {
-    EXPECT_EQ(EscapeSqlText("it's \"D:/A\" ''"), "it''s \"D:/A\" ''''");
-    EXPECT_EQ(EscapeSqlText(std::string("a'\0; b", 6)), "a''");
-    EXPECT_EQ(EscapeSqlPath("D:\\Video/Ä管'P1.JPG"), "d:\\video\\ä管''p1.jpg");
-    EXPECT_EQ(SqlDistance(-1.0), "-1");
-    EXPECT_EQ(SqlCoordinate(121.1234567890126), "121.123456789013");
-    EXPECT_EQ(SqlCoordinate(std::nan("")), "'NaN'");
-    EXPECT_EQ(SqlDistance(-std::numeric_limits<double>::infinity()), "'-Infinity'");
-    EXPECT_EQ(FormatSql("a='%s' %d%ld 5% %x", {"%s%d", "1", "2"}), "a='%s%d' 12 5% %x");
-    EXPECT_THROW(FormatSql("%s %s", {"1"}), CDbError);
-    EXPECT_THROW(FormatSql("%s", {"1", "2"}), CDbError);
-}
-
-TEST(SqlText, QuotesAreTranslated) {
-    EXPECT_EQ(TranslateSql("x = \"it's\" And y= 1"), "x = 'it''s' And y= 1");
-    EXPECT_EQ(TranslateSql("x = 'a \"b\" --;/*' ; \t"), "x = 'a \"b\" --;/*' ; \t");
-    EXPECT_EQ(TranslateSql("'it''s', \"a\"\"b\", '', \"\""), "'it''s', 'a\"b', '', ''");
-    for (const char* refused : {"select 1; select 2", "select 1;;", "select 1 -- x", "select /* x */ 1",
-                                "'abc", "x = \"abc", "'it''s"}) {
-        EXPECT_THROW(TranslateSql(refused), CDbError) << refused;
-    }
-    EXPECT_THROW(TranslateSql(std::string("select 1\0, 2", 12)), CDbError);
-}
-
 using Cursor = CProjectTest;
 
 TEST_F(Cursor, CodesAreValuesWhateverTheyHold) {

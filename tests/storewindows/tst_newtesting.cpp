@@ -90,40 +90,6 @@ TEST_F(NewTesting, ThreeVideosGiveThreeSectionsWithTheirTypedManholes) {
     EXPECT_EQ(GetNewPipeDefaults(), kept);
 }
 
-TEST_F(NewTesting, CancelLeavesEverything) {
-    CDlgNewTesting dialog;
-    dialog.Sections = {StoredSection()};
-    Open(dialog, 1);
-    EXPECT_EQ(TextOf(dialog, Id::Name), "段 1");
-    Type(dialog, Id::Name, "other");
-    AddFiles(dialog, {"\\v\\W1-W2.avi"});
-    Press(dialog, Cancel);
-    EXPECT_EQ(dialog.result(), Cancel);
-    ASSERT_EQ(dialog.Sections.size(), 1U);
-    EXPECT_EQ(dialog.Sections[0].TestingName, "段");
-    EXPECT_EQ(GetNewPipeDefaults(), Last);
-}
-
-TEST_F(NewTesting, AFileNameWithoutStartManholeIsRefusedUntilItsRowIsRemoved) {
-    CDlgNewTesting dialog;
-    Open(dialog, 1);
-    AddFiles(dialog, {"\\v\\-A.avi", "\\v\\B-C.avi"});
-    Folder.Prompts.Expect(2168);
-    Press(dialog, Ok);
-    EXPECT_TRUE(dialog.isVisible());
-    EXPECT_EQ(List(dialog)->currentRow(), 0);
-    EXPECT_EQ(dialog.focusWidget(), dialog.GetDlgItem(Id::StartWell));
-    PressInList(dialog, Qt::Key_Delete);
-    EXPECT_EQ(Wells(dialog), "B - C");
-    Press(dialog, Remove);
-    EXPECT_EQ(Wells(dialog), " - ");
-    Folder.Prompts.GivePaths({"\\v\\B-C.avi"});
-    PressInList(dialog, Qt::Key_Insert);
-    Press(dialog, Ok);
-    ASSERT_EQ(dialog.Sections.size(), 1U);
-    EXPECT_EQ(dialog.Sections[0].Label(), "B - C");
-}
-
 TEST_F(NewTesting, AnEditGivesTheSectionBackChanged) {
     CDlgNewTesting dialog;
     dialog.Sections = {StoredSection()};

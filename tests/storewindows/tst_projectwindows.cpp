@@ -102,58 +102,6 @@ TEST_F(ProjectWindows, AnEmptyFolderOffersOnlyToCreate) {
     EXPECT_EQ(project.StandardIndex, "1");
 }
 
-TEST_F(ProjectWindows, AFailedCreationComesBackToTheProperties) {
-    Run([&](CSizeDlg& dialog) {
-        InNextDialog([&](CSizeDlg& properties) {
-            Type(properties, 1022, "x");
-            properties.Item<QComboBox>(CriteriaId)->setCurrentIndex(0);
-            fs::remove(m_folder.Host("db/Criterion/CQ.mdb"));
-            m_folder.Prompts.Expect(2203);
-            Press(properties, 1);
-        });
-        InNextDialog([&](CSizeDlg& again) {  // the same window, once more
-            EXPECT_EQ(TextOf(again, 1022), "x");
-            again.Item<QComboBox>(CriteriaId)->setCurrentIndex(2);
-            Press(again, 1);
-        });
-        Press(dialog, 1019);
-        EXPECT_EQ(Names(dialog), "x;");
-        Press(dialog, 2);
-    });
-    EXPECT_EQ(m_dialog.ChosenProject.ProjectPath, "");
-}
-
-TEST_F(ProjectWindows, AnEditMovesTheTimeAndKeepsTheStandard) {
-    const std::string first = Create("first");
-    const std::string second = Create("second");
-    const std::string made = Attributes(second).CreateTime;
-    Run([&](CSizeDlg& dialog) {
-        EXPECT_EQ(List(dialog).SelectedRow(), 0);
-        List(dialog).SelectRow(1);
-        InNextDialog([&](CSizeDlg& properties) {
-            EXPECT_EQ(TextOf(properties, 1022), "second");
-            EXPECT_EQ(properties.Item<QComboBox>(CriteriaId)->currentIndex(), 1);
-            Photograph(properties, "properties-edit");
-            Type(properties, 1022, "new name");
-            properties.Item<QComboBox>(CriteriaId)->setCurrentIndex(3);
-            Press(properties, 1);
-        });
-        PressKey(List(dialog), Qt::Key_F2);
-        EXPECT_EQ(Names(dialog), "first;new name;");
-        EXPECT_EQ(List(dialog).SelectedRow(), 1);
-        Photograph(dialog, "projects-full");
-        const QRect row = List(dialog).visualRect(List(dialog).model()->index(0, 1));
-        QTest::mouseClick(List(dialog).viewport(), Qt::LeftButton, {}, row.center());
-        QTest::mouseDClick(List(dialog).viewport(), Qt::LeftButton, {}, row.center());
-    });
-    EXPECT_EQ(m_dialog.ChosenProject.ProjectName, "first");
-    EXPECT_EQ(m_dialog.ChosenProject.ProjectPath, first);
-    const _PRO_DATA project = Attributes(second);
-    EXPECT_NE(project.CreateTime, made);
-    EXPECT_EQ(project.StandardIndex, "1");
-    EXPECT_EQ(project.Comment, "c1\r\nc2");
-}
-
 TEST_F(ProjectWindows, DeletingAsks) {
     const std::string first = Create("first");
     const std::string second = Create("second");

@@ -29,57 +29,6 @@ protected:
     CTestFolder m_folder;
 };
 
-TEST_F(ShellWindows, TheSplashShowsItsPictureForTwoSeconds) {
-    QImage picture;
-    ASSERT_TRUE(picture.load(ToQt(m_folder.Host("ui/start.dt").string()), "bmp"));
-    CDlgStart splash;
-    QElapsedTimer since;
-    since.start();
-    splash.show();
-    EXPECT_EQ(splash.size(), picture.size());
-    WaitFor(50);
-    if (splash.devicePixelRatio() == 1.0) {
-        EXPECT_EQ(splash.grab().toImage().convertToFormat(QImage::Format_RGB32),
-                  picture.convertToFormat(QImage::Format_RGB32));
-    }
-    Photograph(splash, "splash");
-    EXPECT_TRUE(splash.isVisible());
-    EXPECT_TRUE(WaitFor([&] { return !splash.isVisible(); }));
-    EXPECT_GE(since.elapsed(), 1950);
-
-    m_folder.WriteFile("ui/start.dt", "BM no picture");
-    fs::remove(m_folder.Host("ui/start@2x.dt"));
-    CDlgStart broken;
-    broken.show();
-    EXPECT_FALSE(broken.isVisible());
-}
-
-TEST_F(ShellWindows, SettingsStoreTheWorkFolderAsTypedAndNothingElse) {
-    SetWorkFolder("D:\\Works");
-    SetLanguageName("ENGLISH");
-    ASSERT_TRUE(SaveSettings());
-    CDlgSet dialog;
-    dialog.show();
-    auto* languages = dialog.Item<QComboBox>(CDlgSet::IdLanguage);
-    EXPECT_EQ(languages->count(), 2);
-    EXPECT_EQ(languages->currentText(), "English");
-    EXPECT_EQ(TextOf(dialog, CDlgSet::IdFolder), "D:\\Works\\");
-    EXPECT_EQ(dialog.windowTitle(), "设置");
-
-    Type(dialog, CDlgSet::IdFolder, "E:/新 目录");
-    languages->setCurrentIndex(1 - languages->currentIndex());
-    CDlgSet cancelled;
-    cancelled.show();
-    Type(cancelled, CDlgSet::IdFolder, "F:\\no");
-    Press(cancelled, CSizeDlg::IdCancel);
-    EXPECT_EQ(GetWorkFolder(), "D:\\Works\\");
-    Press(dialog, CSizeDlg::IdOk);
-    EXPECT_FALSE(dialog.isVisible());
-    ASSERT_TRUE(LoadSettings());
-    EXPECT_EQ(GetWorkFolder(), "E:/新 目录\\");
-    EXPECT_EQ(GetLanguageName(), "ENGLISH");
-}
-
 TEST_F(ShellWindows, SettingsLinkDriveLettersToFolders) {
     const std::string folder = m_folder.Host("盘").string();
     fs::create_directories(folder);

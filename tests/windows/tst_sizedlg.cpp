@@ -36,11 +36,6 @@ public:
 
 }  // namespace
 
-TEST(Anchors, NoControlGetsANegativeSize) {
-    EXPECT_EQ(FitControl({1, false, true, false, true, false}, {10, 20, 30, 50}, -12, -60),
-              (ControlRect{0, 20, 20, 0}));
-}
-
 TEST(SizeDlg, FollowsItsAnchorsAndNeverShrinksBelowItsFirstSize) {
     const CTestFolder folder;
     CSample dialog;
@@ -60,21 +55,4 @@ TEST(SizeDlg, FollowsItsAnchorsAndNeverShrinksBelowItsFirstSize) {
     WaitFor(20);
     EXPECT_EQ(dialog.size(), first);
     EXPECT_EQ(dialog.GetDlgItem(11)->geometry(), edit);
-}
-
-TEST(SizeDlg, ATimerSetAgainStartsAnew) {
-    const CTestFolder folder;
-    CSample dialog;
-    dialog.SetTimer(1, 40);
-    dialog.SetTimer(2, 60);
-    WaitFor(25);
-    dialog.SetTimer(1, 80);
-    EXPECT_TRUE(WaitFor([&] { return dialog.Fired.size() == 2; }));
-    EXPECT_EQ(dialog.Fired, (std::vector<int>{2, 1}));
-    EXPECT_FALSE(dialog.IsTimerRunning(1));
-}
-
-TEST(Prompts, FiltersTakeBothCasesAndAllFiles) {
-    EXPECT_EQ(ChooserFilters({{"XML File(*.xml)", {"*.xml"}}, {"All Files(*.*)", {"*.*"}}}),
-              "XML File(*.xml) (*.xml *.XML);;All Files(*.*) (*)");
 }

@@ -65,9 +65,6 @@ protected:
         EXPECT_EQ(Grab(name, position), GrabResult::Done) << position;
         return ReadNumber(ReadPicture(m_folder.ReadFile("p.jpg")));
     }
-    std::size_t CountFiles(const std::string& name) const {
-        return static_cast<std::size_t>(std::distance(fs::directory_iterator(m_folder.Host(name)), {}));
-    }
 
     CTestFolder m_folder;
 };
@@ -80,25 +77,6 @@ TEST_F(Capture, TurnedVideosStandUpright) {
         const QImage turned = ReadPicture(m_folder.ReadFile("p.jpg"));
         ASSERT_EQ(turned.size(), turn == 180 ? QSize(176, 112) : QSize(112, 176));
         EXPECT_EQ(ReadNumber(turned.transformed(QTransform().rotate(turn))), 24) << turn;
-    }
-}
-
-TEST_F(Capture, ColoursStayWhatTheyWere) {
-    // Full and limited range, and the matrix that the size stands for.
-    for (const auto& [options, width, height] :
-         {std::tuple{"-c:v mjpeg -pix_fmt yuvj420p -q:v 2", 176, 112},
-          std::tuple{"-c:v libx264 -qp 10 -pix_fmt yuv420p", 176, 112},
-          std::tuple{"-vf scale=out_color_matrix=bt709 -c:v libx264 -qp 10 -pix_fmt yuv420p", 1280, 720}}) {
-        MakeVideo("c.avi", options, width, height, 2);
-        ASSERT_EQ(Grab("c.avi", 0.0), GrabResult::Done);
-        const QImage picture = ReadPicture(m_folder.ReadFile("p.jpg"));
-        const QRgb colour = picture.pixel(100, height == 720 ? 612 : 100);  // drawn as 160, 160, 90
-        EXPECT_NEAR(qRed(colour), 160, 8) << options;
-        EXPECT_NEAR(qGreen(colour), 160, 8) << options;
-        EXPECT_NEAR(qBlue(colour), 90, 8) << options;
-        // A black block of number 0, and its opposite.
-        EXPECT_NEAR(qRed(picture.pixel(width / 20, height / 8)), 20, 6) << options;
-        EXPECT_NEAR(qRed(picture.pixel(width / 20, height / 8 * 3)), 235, 6) << options;
     }
 }
 
@@ -134,57 +112,6 @@ TEST_F(Capture, CutVideosGiveWhatIsLeft) {
             m_folder.WriteFile("cut.avi", whole.substr(0, length));
             (void)Grab("cut.avi", 1.0);  // may fail, must come back
         }
-    }
-}
-
-TEST_F(Capture, BrokenBytesDoNoHarm) {
-    std::mt19937 random(11);
-    for (const char* name : {"a.mp4", "a.avi", "a.mpg", "a.wmv"}) {
-        MakeVideo(name, "-g 12");
-        const std::string whole = m_folder.ReadFile(name);
-        for (int round = 0; round < 12; ++round) {
-            m_folder.WriteFile("broken", WithBrokenBytes(whole, random));
-            (void)Grab("broken", 1.0);
-        }
-    }
-}
-
-TEST_F(Capture, TheLimitEndsTheWork) {
-    MakeVideo("v.mp4", X264);
-    EXPECT_EQ(TryGrabFrame(m_folder.Path("v.mp4"), 1.0, m_folder.Path("p.jpg"), std::chrono::milliseconds(0)),
-              GrabResult::TooSlow);
-    EXPECT_FALSE(fs::exists(m_folder.Host("p.jpg")));
-}
-
-TEST_F(Capture, PicturesAppearWholeOrNotAtAll) {
-    const std::string video = MakeVideo("v.mp4", X264);
-    const std::string bytes = m_folder.ReadFile("v.mp4");
-    EXPECT_EQ(TryGrabFrame(video, 1.0, m_folder.Path("no/folder/p.jpg")), GrabResult::NotWritten);
-    EXPECT_EQ(TryGrabFrame(video, 1.0, video), GrabResult::NotWritten) << "the video itself must survive";
-    EXPECT_EQ(m_folder.ReadFile("v.mp4"), bytes);
-
-    m_folder.WriteFile("out/p.jpg", "former");
-    {
-        const CFullDisk full(1000);
-        EXPECT_EQ(TryGrabFrame(video, 1.0, m_folder.Path("out/p.jpg")), GrabResult::NotWritten);
-        EXPECT_EQ(TryGrabFrame(video, 1.0, m_folder.Path("out/q.jpg")), GrabResult::NotWritten);
-    }
-    EXPECT_EQ(m_folder.ReadFile("out/p.jpg"), "former");
-    EXPECT_EQ(CountFiles("out"), 1U);
-}
-
-TEST_F(Capture, NamesOfAnyKind) {
-    std::string folder = "管道 \"影像\" it's %d [1]";
-    for (const char* part : {"/one", "/two", "/three", "/four"}) {
-        folder += part + std::string(60, 'n');
-    }
-    MakeVideo("v.mp4", X264);
-    for (const std::string& name :
-         {folder + "/污水 管.mp4", std::string("file:x.mp4"), std::string("-.mp4")}) {
-        m_folder.WriteFile(name, m_folder.ReadFile("v.mp4"));
-        const std::string picture = BuildPicturePath(m_folder.Path(name));
-        EXPECT_TRUE(GrabFrame(m_folder.Path(name), 0.4, picture)) << picture;
-        EXPECT_EQ(ReadNumber(ReadPicture(ReadHostFile(HostFiles().HostPath(picture)))), 10);
     }
 }
 
