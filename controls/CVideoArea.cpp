@@ -9,6 +9,7 @@
 namespace {
 
 constexpr QColor MessageColour(0xC8, 0xD0, 0xD8);
+constexpr int FocusFrame = 2;
 constexpr QSize Smallest(16, 16);
 constexpr std::size_t RowAlignment = 64;
 
@@ -67,8 +68,18 @@ void CVideoArea::paintEvent(QPaintEvent*) {
             // Of another size only until the next is drawn.
             painter.drawImage(rect(), m_shown.Image);
         }
-        return;
+    } else {
+        PaintMessage(painter);
     }
+    // In full screen there is nothing else that the keyboard could be in.
+    if (hasFocus() && !window()->isFullScreen()) {
+        painter.setPen(QPen(palette().color(QPalette::Highlight), FocusFrame));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRect(rect().adjusted(1, 1, -1, -1));
+    }
+}
+
+void CVideoArea::PaintMessage(QPainter& painter) const {
     const int margin = std::min(24, width() / 12);
     painter.setPen(MessageColour);
     painter.drawText(rect().adjusted(margin, 4, -margin, -4), Qt::AlignCenter | Qt::TextWrapAnywhere,

@@ -7,6 +7,8 @@
 #include <functional>
 #include <memory>
 
+class QPainter;
+
 class CVideoArea : public QWidget {
 public:
     explicit CVideoArea(QWidget* parent);
@@ -35,6 +37,8 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
 
 private:
+    void PaintMessage(QPainter& painter) const;
+
     // Rows begin at multiples of 64 bytes and are followed by as many, which the drawing may write over.
     struct Canvas {
         std::unique_ptr<unsigned char[]> Bytes;

@@ -5,6 +5,7 @@
 #include <QWidget>
 
 #include "lists/CListModel.h"
+#include "shell/dialogs/theme.h"
 
 namespace {
 
@@ -29,6 +30,9 @@ void CListDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIn
     // text gives way to that of selections, which is legible on them.
     if ((option->state & QStyle::State_Selected) != 0) {
         option->state &= ~QStyle::State_HasFocus;
+        if (option->widget != nullptr && !option->widget->hasFocus()) {
+            option->palette.setColor(QPalette::All, QPalette::Highlight, QColor(RestingSelectionColour));
+        }
         option->palette.setColor(QPalette::Text, option->palette.color(QPalette::HighlightedText));
     }
 }
