@@ -11,21 +11,24 @@ function(drovane_publish target folder scope)
   target_include_directories(${target} ${scope} ${published})
 endfunction()
 
-# drovane_room(name ROOT dir [WINDOWS] SOURCES... [PUBLIC libs...] [PRIVATE libs...])
+# drovane_room(name ROOT dir [WINDOWS|PAINTS] SOURCES... [PUBLIC libs...] [PRIVATE libs...])
 #
 # A static library of one folder. Its headers are reachable only for those who link it: the include
 # folder that it publishes holds nothing but links to the headers of this folder, and none to those of rooms
 # that lie in it. So an include against the direction of the arrows does not compile, and neither does an
 # include of Qt in a room without it.
-# WINDOWS is for rooms of windows and controls: they get Qt Widgets.
+# WINDOWS is for rooms of windows and controls: they get Qt Widgets. PAINTS is for what makes pictures without
+# a window: Qt Gui inside, none of which is passed on.
 function(drovane_room name)
-  cmake_parse_arguments(ROOM "WINDOWS" "ROOT" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+  cmake_parse_arguments(ROOM "WINDOWS;PAINTS" "ROOT" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
   add_library(${name} STATIC ${ROOM_SOURCES})
   drovane_publish(${name} ${ROOM_ROOT} PUBLIC)
   target_link_libraries(${name} PUBLIC ${ROOM_PUBLIC} PRIVATE drovane_warnings ${ROOM_PRIVATE})
   if(ROOM_WINDOWS)
     target_link_libraries(${name} PUBLIC Qt6::Widgets)
     drovane_precompile(${name} windows)
+  elseif(ROOM_PAINTS)
+    target_link_libraries(${name} PRIVATE Qt6::Gui)  # such rooms are too few for precompiled headers of their own
   else()
     drovane_precompile(${name} rooms)
   endif()

@@ -7,17 +7,22 @@
 #include <vector>
 
 #include "fieldimport/acquisition.h"
+#include "fieldimport/sonarimport.h"
 #include "shell/CHostFiles.h"
 #include "shell/CPrompts.h"
 #include "shell/CSilentPrompts.h"
+#include "shell/language.h"
 #include "shell/numbers.h"
 #include "shell/paths.h"
 #include "shell/seams.h"
 #include "store/CDbError.h"
 #include "store/CDbRec.h"
 #include "store/recordpictures.h"
+#include "store/sonar.h"
 
 namespace {
+
+constexpr int MessageSonarNotKept = 3083;
 
 // What osd1 to osd18 say of a section. The field units don't follow the order of the columns.
 constexpr std::array<std::string _TESTING_DATA::*, 18> OsdFields = {
@@ -132,8 +137,9 @@ bool HasSection(CDbRec& database, const _TESTING_DATA& section, bool& exists) {
     }
 }
 
+// `id` becomes that of the new section.
 bool StoreAcquisition(CDbRec& database, const _TESTING_DATA& section, std::string_view path,
-                      const std::vector<AcquisitionItem>& items, ImportNotes& notes) {
+                      const std::vector<AcquisitionItem>& items, ImportNotes& notes, std::int32_t& id) {
     try {
         CDbBatch batch(database);
         if (!database.AddTesting(section)) {
@@ -143,6 +149,7 @@ bool StoreAcquisition(CDbRec& database, const _TESTING_DATA& section, std::strin
         if (!database.FindTestingByWells(section.StartWell, section.EndWell, &stored)) {
             return Refuse(2007);
         }
+        id = stored.ID;
         CHeardPrompts heard(Prompts());
         const CSeamScope scope({.Prompts = &heard});
         for (std::size_t i = 0; i < items.size(); ++i) {
@@ -162,8 +169,7 @@ bool StoreAcquisition(CDbRec& database, const _TESTING_DATA& section, std::strin
     }
 }
 
-}  // namespace
-
+// It names the acquisition description beside it, near its beginning.
 bool IsSonarDescription(std::string_view path) {
     const std::optional<std::string> bytes = HostFiles().ReadFile(path, MaxAcquisitionBytes);
     if (!bytes) {
@@ -176,33 +182,52 @@ bool IsSonarDescription(std::string_view path) {
     return std::string_view(*bytes).substr(0, end).find("dixmlfilename") != std::string_view::npos;
 }
 
-bool HasSonarData(std::string_view) {
-    return false;
-}
+}  // namespace
 
 bool ImportAcquisition(CDbRec& database, std::string_view path, const CLineSink& sink, ImportNotes* notes) {
     if (!database.IsOpen()) {
         return Refuse(2185);
     }
-    if (IsSonarDescription(path)) {
-        sink("sonar descriptions can't be imported: " + std::string(path));
-        return false;
-    }
     std::string folder = GetParentFolder(path);
     if (folder.ends_with('\\')) {
         folder.pop_back();
     }
+    std::string description(path);
+    const bool sonar = IsSonarDescription(path);
+    if (sonar) {
+        SonarData data;
+        ReadSonarXml(path, data);
+        if (!data.dixmlfilename.empty()) {
+            description = folder + "\\" + data.dixmlfilename;
+        }
+    }
     AcquisitionHeader header;
     std::vector<AcquisitionItem> items;
-    if (!ReadAcquisitionXml(folder, path, header, items, sink)) {
+    if (!ReadAcquisitionXml(folder, description, header, items, sink)) {
         return false;
+    }
+    if (sonar) {
+        items.clear();  // the operator takes the pictures of a sonar run by hand
     }
     const _TESTING_DATA section = MakeSection(header);
     bool exists = false;
     if (!HasSection(database, section, exists)) {
         return false;
     }
+    if (exists) {
+        return Refuse(2189);
+    }
     ImportNotes unwanted;
-    return exists ? Refuse(2189)
-                  : StoreAcquisition(database, section, path, items, notes == nullptr ? unwanted : *notes);
+    ImportNotes& told = notes == nullptr ? unwanted : *notes;
+    std::int32_t id = 0;
+    if (!StoreAcquisition(database, section, description, items, told, id)) {
+        return false;
+    }
+    if (sonar) {
+        StoreSonarFiles(database.Path(), path, id);
+        if (!HoldsSonarFiles(database.Path(), path, id)) {
+            told.Refused.push_back(std::string(path) + ": " + LoadMessage(MessageSonarNotKept));
+        }
+    }
+    return true;
 }

@@ -85,6 +85,7 @@ void CDbBase::Disconnect() {
     }
     m_batchDepth = 0;
     m_openFile.Release();
+    m_path.clear();
     m_hostPath.clear();
 }
 
@@ -134,6 +135,7 @@ bool CDbBase::Open(std::string_view path, std::string_view password, Access acce
         const bool shared =
             access == Access::Shared && !std::filesystem::exists(hostPath + "-journal", error);
         Connect(hostPath, password, shared ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE);
+        m_path = path;
         m_hostPath = hostPath;
         return true;
     } catch (const CDbError&) {

@@ -35,6 +35,8 @@ public:
     // `path` is a path text. Closes what was open. Failure shows message 2000 with the path.
     bool Open(std::string_view path, std::string_view password, Access access = Access::Exclusive);
     bool IsOpen() const { return m_connection != nullptr; }
+    // The path text that it was opened with; empty for what has no file.
+    const std::string& Path() const { return m_path; }
     // Open for reading only, since the file can't be written.
     bool IsReadOnly() const;
     // The file has been moved, replaced or removed since it was opened: its name leads elsewhere. What is
@@ -78,6 +80,7 @@ private:
     sqlite3* m_connection = nullptr;
     CStatementCache m_statements;
     COpenFile m_openFile;
+    std::string m_path;
     std::string m_hostPath;  // empty for what has no file
     int m_batchDepth = 0;
     std::uint64_t m_batchSerial = 0;

@@ -17,6 +17,7 @@
 #include "store/CDbRec.h"
 #include "store/COldFiles.h"
 #include "store/COpenFile.h"
+#include "store/sonar.h"
 
 namespace {
 
@@ -287,6 +288,7 @@ bool DeleteProject(std::string_view path, const ProjectRow* shown) {
     if (!Desktop().CopyToTrash(path) && !AskBeforeLoss(MessageNoTrash)) {
         return false;
     }
+    const std::string sonar = OwnSonarFolder(path);
     try {
         // Nobody converts a project to throw it away.
         if (!(OldFiles().IsOld(path) ? RemoveOld(path) : EmptyAndRemove(path))) {
@@ -296,10 +298,9 @@ bool DeleteProject(std::string_view path, const ProjectRow* shown) {
         ShowMessage(2205);
         return false;
     }
-    const std::string file(path);
-    (void)HostFiles().DeleteFile(file + JournalEnding);
-    if (EqualNoCase(GetFileExtension(file), "mdb")) {
-        (void)HostFiles().RemoveFolder(file.substr(0, file.size() - 4) + "_sn");
+    (void)HostFiles().DeleteFile(std::string(path) + JournalEnding);
+    if (!sonar.empty()) {
+        (void)HostFiles().RemoveFolder(sonar);
     }
     return true;
 }

@@ -3,7 +3,8 @@
 
 A source is an XML file of these elements; lengths are millimetres.
 
-  report title standard   the whole; {title} and {standard} in any text stand for these, as do all attributes
+  report title standard   the whole; {title} and {standard} in any text stand for these, as do all attributes;
+                          cover="no" if it begins without a cover
   include file            the content of another source
   cover, title, subtitle, h1, h2, p, note     paragraphs; h1 page="yes" begins a page, an empty note isn't there
   field bookmark          in p or cell: a text with a bookmark around it
@@ -180,7 +181,7 @@ class Template:
         width, height = (PAGE[1], PAGE[0]) if across else PAGE
         orient = ' w:orient="landscape"' if across else ""
         # The cover is the first page and has neither head nor foot.
-        title = "<w:titlePg/>" if self.first_section else ""
+        title = "<w:titlePg/>" if self.first_section and self.values.get("cover") != "no" else ""
         self.first_section = False
         side = twips(SIDE)
         xml = ('<w:sectPr><w:headerReference w:type="default" r:id="rIdHeader"/>'

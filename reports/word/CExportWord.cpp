@@ -38,8 +38,12 @@ bool CExportWord::FillDocument(const ReportLists& lists, const std::string& mapP
                                const StatusLine& status) {
     // Thousands of pictures lie in a few folders.
     const CHostFiles::CLookOnce look(HostFiles());
+    return Fill([&] { CWordFiller(*m_document, lists, status).Fill(mapPicture, fullData); });
+}
+
+bool CExportWord::Fill(const std::function<void()>& fill) {
     try {
-        CWordFiller(*m_document, lists, status).Fill(mapPicture, fullData);
+        fill();
         return true;
     } catch (const COoxmlError& error) {
         ShowError(MessageNotFilled, error);
@@ -80,11 +84,5 @@ bool CExportWord::CopyLevelChart(const CDWordArray& countsByLevel) {
 }
 
 bool CExportWord::PasteChart(std::string_view bookmark) {
-    try {
-        m_document->SetChart(bookmark, m_chart);
-        return true;
-    } catch (const COoxmlError& error) {
-        ShowError(MessageNotFilled, error);
-        return false;
-    }
+    return Fill([&] { m_document->SetChart(bookmark, m_chart); });
 }

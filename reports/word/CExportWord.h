@@ -36,6 +36,10 @@ public:
     // The open document.
     CDocx& Document() { return *m_document; }
 
+protected:
+    // Runs what fills the document. False if it throws COoxmlError; its message was shown then.
+    bool Fill(const std::function<void()>& fill);
+
 private:
     bool DrawChart(ChartSpec chart, int failure);
 

@@ -99,25 +99,31 @@ std::string GetMapPicturePath() {
 
 WordReport WriteWordReport(const CReportRun& run, const std::string& criterionName,
                            const std::string& projectName, const StatusLine& status) {
-    return MakeReport(run, criterionName, status, [&](CDocx& document) {
-        std::string path =
-            WriteDocument(projectName, Ending, [&](const CUnixFile& file) { return document.Write(file); });
-        if (path.empty()) {
-            ShowMessage(MessageNotWritten, "\n" + HostFiles().HostPath(GetDocumentsFolder()));
-        }
-        return path;
-    });
+    return MakeReport(run, criterionName, status,
+                      [&](CDocx& document) { return SaveWordReport(document, projectName); });
 }
 
 WordReport WriteWordReportTo(const std::string& path, const CReportRun& run, const std::string& criterionName,
                              const StatusLine& status) {
-    return MakeReport(run, criterionName, status, [&](CDocx& document) {
-        if (HostFiles().WriteFile(path, [&](const CUnixFile& file) { return document.Write(file); })) {
-            return path;
-        }
-        ShowMessage(MessageNotWritten, "\n" + HostFiles().HostPath(path));
-        return std::string();
-    });
+    return MakeReport(run, criterionName, status,
+                      [&](CDocx& document) { return SaveWordReportTo(document, path); });
+}
+
+std::string SaveWordReport(CDocx& document, const std::string& projectName) {
+    std::string path =
+        WriteDocument(projectName, Ending, [&](const CUnixFile& file) { return document.Write(file); });
+    if (path.empty()) {
+        ShowMessage(MessageNotWritten, "\n" + HostFiles().HostPath(GetDocumentsFolder()));
+    }
+    return path;
+}
+
+std::string SaveWordReportTo(CDocx& document, const std::string& path) {
+    if (HostFiles().WriteFile(path, [&](const CUnixFile& file) { return document.Write(file); })) {
+        return path;
+    }
+    ShowMessage(MessageNotWritten, "\n" + HostFiles().HostPath(path));
+    return {};
 }
 
 void OpenWordReport(const std::string& path) {

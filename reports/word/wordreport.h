@@ -45,5 +45,10 @@ WordReport WriteWordReport(const CReportRun& run, const std::string& criterionNa
 WordReport WriteWordReportTo(const std::string& path, const CReportRun& run, const std::string& criterionName,
                              const StatusLine& status);
 
+// Where filled documents go: among those of the operator, or to a path. The path, or empty with a message
+// shown.
+std::string SaveWordReport(CDocx& document, const std::string& projectName);
+std::string SaveWordReportTo(CDocx& document, const std::string& path);
+
 // With the desktop's program for it; where there is none, a message tells where the report lies.
 void OpenWordReport(const std::string& path);

@@ -132,12 +132,22 @@ TEST_F(Catalogue, DeletingTakesTheSideFolderAndLeavesACopyInTheTrash) {
     EXPECT_FALSE(fs::exists(m_folder.Host("db/2026-03-14-092653.mdb")));
     EXPECT_FALSE(fs::exists(m_folder.Host("db/2026-03-14-092653_sn")));
 
-    // Letters whose lower case has another length, and an extension in capitals.
-    fs::create_directories(m_folder.Host("Kİ/x_sn/y"));
-    fs::copy(m_folder.Host("db/Criterion/GB.mdb"), m_folder.Host("Kİ/x.MDB"));
-    m_folder.Prompts.ExpectQuestion(2204, true);
-    EXPECT_TRUE(DeleteProject(m_folder.Path("Kİ/x.MDB")));
-    EXPECT_FALSE(fs::exists(m_folder.Host("Kİ/x_sn")));
+    // Whose folder is it? Not that of a project with another ending or case, and never what a link leads to.
+    const auto remove = [this](const char* name) {
+        fs::copy(m_folder.Host("db/Criterion/GB.mdb"), m_folder.Host(name));
+        m_folder.Prompts.ExpectQuestion(2204, true);
+        EXPECT_TRUE(DeleteProject(m_folder.Path(name)));
+    };
+    fs::create_directories(m_folder.Host("Kİ.mdb/y"));
+    fs::create_directories(m_folder.Host("Kİ_sn/x_sn/y"));
+    remove("Kİ.mdb/x.MDB");
+    remove("Kİ.mdb/X.mdb");
+    EXPECT_TRUE(fs::exists(m_folder.Host("Kİ_sn/x_sn/y")));
+    remove("Kİ.mdb/x.mdb");
+    EXPECT_FALSE(fs::exists(m_folder.Host("Kİ_sn/x_sn")));
+    fs::create_directory_symlink(m_folder.Host("Kİ.mdb"), m_folder.Host("Kİ_sn/x_sn"));
+    remove("Kİ.mdb/x.mdb");
+    EXPECT_TRUE(fs::exists(m_folder.Host("Kİ_sn/x_sn/y")));
 }
 
 TEST_F(Catalogue, ADeletionThatFailsLeavesTheProjectWhole) {

@@ -7,6 +7,8 @@
 #include "reports/CRecExport.h"
 #include "reports/dialogs/CDlgExport.h"
 #include "reports/excel/excelexport.h"
+#include "reports/sonar/sonarreport.h"
+#include "reports/sonarchart/sonarchart.h"
 #include "shell/CPrompts.h"
 #include "shell/dialogs/CDlgAbout.h"
 #include "shell/dialogs/CDlgSet.h"
@@ -54,10 +56,6 @@ void ImportXmlCommand(CDlgProAtrrib& window) {
     if (path.empty()) {
         return;
     }
-    if (IsSonarDescription(path)) {
-        ShowMessage(MessageSonarNotBuilt);
-        return;
-    }
     ImportNotes notes;
     std::string why;
     {
@@ -95,8 +93,17 @@ void ExportExcelCommand(CDlgProAtrrib& window) {
 }
 
 void ExportWordCommand(CDlgProAtrrib& window) {
-    if (HasSonarData(window.ProjectPath())) {
-        ShowMessage(MessageNoSonarReport);
+    CRecExport* database = window.Session().Database();
+    SonarData sonar;
+    if (database != nullptr && LoadSonarData(*database, sonar)) {
+        WordReport report;
+        {
+            const CWaitCursor wait;
+            report = WriteSonarReport(sonar, window.Session().ProjectName(), DrawSonarChart);
+        }
+        if (!report.Path.empty()) {
+            OpenWordReport(report.Path);
+        }
     } else if (window.Session().Meets(ReviewNeed::Project)) {
         (void)CDlgExport(*window.Session().Database(), &window).DoModal();
     }
