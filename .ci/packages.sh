@@ -4,14 +4,16 @@
 packages=(
     g++ cmake ninja-build ccache pkg-config          # build
     libsqlcipher-dev libssl-dev libtinyxml-dev libtinyxml2-dev nlohmann-json3-dev
-    libxlsxwriter-dev libzip-dev zlib1g-dev          # workbooks, documents
+    libxlsxwriter-dev libzip-dev zlib1g-dev libexpat1-dev libfreexl-dev  # workbooks, documents
+    libshp-dev                                       # shapefiles
     libcurl4-openssl-dev                             # the map picture of reports
     mdbtools-dev                                     # databases of the older engine
     libavformat-dev libavcodec-dev libswscale-dev libavutil-dev libjpeg-dev
     qt6-base-dev qt6-svg-dev qt6-translations-l10n libgl-dev libmpv-dev  # windows
     libgtest-dev libbenchmark-dev                    # tests and timings
     xvfb xauth fonts-noto-cjk                        # windows without a display, Chinese texts
-    python3-openpyxl python3-docx                    # documents as others read and write them
+    python3-openpyxl python3-xlwt python3-docx       # documents as others read and write them
+    gdal-bin                                         # likewise shapefiles
     libreoffice-writer-nogui libreoffice-calc-nogui  # likewise, and templates that users restyle with it
     ffmpeg python3                                   # demo job and test scripts
 )

@@ -51,6 +51,9 @@ int RunGrade(const CommandContext& context);
 // commands_report.cpp
 int RunDataset(const CommandContext& context);
 int RunExportWord(const CommandContext& context);
+// commands_sheet.cpp
+int RunGpsSheet(const CommandContext& context);
+int RunImportGps(const CommandContext& context);
 // commands_sonar.cpp
 int RunSonar(const CommandContext& context);
 int RunExportSonar(const CommandContext& context);

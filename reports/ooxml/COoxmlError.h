@@ -27,5 +27,9 @@ enum class OoxmlFault {
 class COoxmlError : public std::runtime_error {
 public:
     explicit COoxmlError(OoxmlFault fault, const std::vector<std::string>& values = {})
-        : std::runtime_error(FillText(LoadMessage(static_cast<int>(fault)), values)) {}
+        : std::runtime_error(FillText(LoadMessage(static_cast<int>(fault)), values)), m_fault(fault) {}
+    OoxmlFault Fault() const { return m_fault; }
+
+private:
+    OoxmlFault m_fault;
 };

@@ -4,6 +4,7 @@
 #include <cctype>
 
 #include "reports/ooxml/COoxmlError.h"
+#include "reports/ooxml/relations.h"
 #include "reports/ooxml/xmltree.h"
 #include "shell/numbers.h"
 
@@ -11,30 +12,6 @@ namespace {
 
 constexpr const char* TypesPart = "[Content_Types].xml";
 constexpr const char* RelationsSpace = "http://schemas.openxmlformats.org/package/2006/relationships";
-
-std::string RelationsName(const std::string& part) {
-    const std::size_t slash = part.rfind('/');
-    const std::size_t name = slash == part.npos ? 0 : slash + 1;
-    return part.substr(0, name) + "_rels/" + part.substr(name) + ".rels";
-}
-
-// Targets are relative to the folder of the part, or begin with "/".
-std::string Resolve(const std::string& from, const std::string& target) {
-    if (target.starts_with('/')) {
-        return target.substr(1);
-    }
-    std::string folder = from.substr(0, from.rfind('/') == from.npos ? 0 : from.rfind('/') + 1);
-    std::string_view rest = target;
-    while (rest.starts_with("../") || rest.starts_with("./")) {
-        const bool up = rest.starts_with("../");
-        rest.remove_prefix(up ? 3 : 2);
-        if (up && !folder.empty()) {
-            folder.pop_back();
-            folder.resize(folder.rfind('/') == folder.npos ? 0 : folder.rfind('/') + 1);
-        }
-    }
-    return folder.append(rest);
-}
 
 bool SameExtension(std::string_view a, std::string_view b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(),
@@ -159,7 +136,7 @@ std::string CPackage::Related(const std::string& from, std::string_view kind) co
          entry = entry->NextSiblingElement()) {
         if (Attribute(entry, "Type").ends_with("/" + std::string(kind)) &&
             Attribute(entry, "TargetMode") != "External") {
-            return Resolve(from, Attribute(entry, "Target"));
+            return ResolveTarget(from, Attribute(entry, "Target"));
         }
     }
     return {};

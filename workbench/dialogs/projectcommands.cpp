@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "fieldimport/acquisitionimport.h"
+#include "fieldimport/gpsimport.h"
 #include "reports/CRecExport.h"
 #include "reports/dialogs/CDlgExport.h"
 #include "reports/excel/excelexport.h"
@@ -78,6 +79,26 @@ void ImportXmlCommand(CDlgProAtrrib& window) {
             text += "\r\n" + lines[i];
         }
         ShowMessage(MessageImportNotes, text + (lines.size() > MostLines ? "\r\n…" : ""));
+    }
+}
+
+void ImportGpsCommand(CDlgProAtrrib& window) {
+    const std::string path = Prompts().PickOpenFile(
+        LoadMessage(MessageImportGps),
+        {{"Excel File(*.xls;*.xlsx)", {"*.xls", "*.xlsx"}}, {"All Files(*.*)", {"*.*"}}});
+    if (path.empty()) {
+        return;
+    }
+    const CReviewSession::Place place = window.Session().GetPlace();
+    GpsImport result;
+    bool done = false;
+    {
+        const CWaitCursor wait;
+        done = ImportGpsSheet(*window.Session().Database(), path, result);
+        window.Session().Return(place);  // the lists show the new positions before the box comes
+    }
+    if (done) {
+        TellGpsImport(result);
     }
 }
 

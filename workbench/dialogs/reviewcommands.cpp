@@ -17,7 +17,7 @@ constexpr std::array<ReviewCommand, 22> Table = {{
     {1024, Project, 0, false, false, ProjectPropertiesCommand, "工程属性", 951, "ui\\big\\attrib.bmp", Big,
      "Ctrl+P"},
     {1082, Project, 0, false, true, ImportXmlCommand, "导入XML", 952, "ui\\big\\xml.bmp", Big, "Ctrl+I"},
-    {1027, Project, 0, false, true, nullptr, "导入GPS", 953, "ui\\big\\gps.bmp", Big, "Ctrl+G"},
+    {1027, Project, 0, false, true, ImportGpsCommand, "导入GPS", 953, "ui\\big\\gps.bmp", Big, "Ctrl+G"},
     {1025, Project, 2188, false, false, ExportExcelCommand, "导出Excel", 954, "ui\\big\\excel.bmp", Big,
      "Ctrl+E"},
     {1026, Nothing, 0, false, false, ExportWordCommand, "导出Word", 955, "ui\\big\\word.bmp", Big, "Ctrl+R"},

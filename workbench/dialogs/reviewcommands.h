@@ -50,6 +50,7 @@ inline constexpr int CommandRenumber = 0x8D2;  // rows were dragged
 void OpenProjectCommand(CDlgProAtrrib& window);
 void ProjectPropertiesCommand(CDlgProAtrrib& window);
 void ImportXmlCommand(CDlgProAtrrib& window);
+void ImportGpsCommand(CDlgProAtrrib& window);
 void ExportExcelCommand(CDlgProAtrrib& window);
 void ExportWordCommand(CDlgProAtrrib& window);
 void SettingsCommand(CDlgProAtrrib& window);
@@ -78,6 +79,7 @@ inline constexpr int MessageNoProjectVideo = 3054;
 inline constexpr int MessageChooseVideo = 3055;
 inline constexpr int MessageNotBuilt = 3056;
 inline constexpr int MessageImportXml = 3057;
+inline constexpr int MessageImportGps = 3327;
 inline constexpr int MessageCopying = 3058;
 inline constexpr int MessageSortByWells = 3059;
 inline constexpr int MessageNoVideo = 3082;
