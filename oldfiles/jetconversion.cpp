@@ -9,7 +9,7 @@
 #include <filesystem>
 #include <optional>
 
-#include "oldfiles/CLateProgress.h"
+#include "shell/CLateProgress.h"
 #include "oldfiles/jetlisting.h"
 #include "shell/CHostFiles.h"
 #include "shell/CPrompts.h"

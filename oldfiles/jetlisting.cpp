@@ -9,7 +9,7 @@
 #include <string>
 
 #include "oldfiles/CJetTransfer.h"
-#include "oldfiles/CLateProgress.h"
+#include "shell/CLateProgress.h"
 #include "shell/CHostFiles.h"
 #include "shell/CPrompts.h"
 #include "shell/CStreamPrompts.h"

@@ -97,7 +97,7 @@ bool CDbBase::FileGone() const {
     return IsOpen() && !m_hostPath.empty() && !m_openFile.IsAt(m_hostPath);
 }
 
-void CDbBase::SaveCopy(std::string_view path) {
+void CDbBase::SaveCopy(std::string_view path, CTemporaryTwin::Existing existing) {
     if (!IsOpen()) {
         throw CDbError("no database is open");
     }
@@ -116,7 +116,7 @@ void CDbBase::SaveCopy(std::string_view path) {
         }
     }
     file.Flush(DefaultMode());
-    file.TakePlace(CNewDatabaseFile::Existing::Replace);
+    file.TakePlace(existing);
 }
 
 bool CDbBase::Open(std::string_view path, std::string_view password, Access access) {

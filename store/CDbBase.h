@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 
+#include "shell/CTemporaryTwin.h"
 #include "store/CDbCursor.h"
 #include "store/COpenFile.h"
 #include "store/CStatementCache.h"
@@ -43,8 +44,9 @@ public:
     // changed now would be in no project, so Execute refuses changes then; reading goes on.
     bool FileGone() const;
     // Makes a copy of what is open, whole or not at all. Throws CDbError. `path` is a path text; a file there
-    // is replaced.
-    void SaveCopy(std::string_view path);
+    // is replaced, or with Keep an error.
+    void SaveCopy(std::string_view path,
+                  CTemporaryTwin::Existing existing = CTemporaryTwin::Existing::Replace);
 
     // Runs exactly one statement. Throws CDbError, also in a batch that was lost (see CDbBatch).
     CDbCursor Execute(std::string_view statement);

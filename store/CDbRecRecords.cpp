@@ -1,4 +1,6 @@
 // The record half of CDbRec: statements on table `Record`.
+#include <algorithm>
+
 #include "shell/CHostFiles.h"
 #include "shell/CPrompts.h"
 #include "shell/language.h"
@@ -21,6 +23,13 @@ std::string RecordSelection(const char* beginning, std::int32_t testingId) {
         statement += FormatSql(" where TestingID = %d", {FormatInt(testingId)});
     }
     return statement;
+}
+
+// A record without a section is measured by the whole project.
+constexpr std::int32_t WholeProject = -1;
+
+std::int32_t OwnerOf(std::int32_t testingId) {
+    return std::max(testingId, WholeProject);
 }
 
 }  // namespace
@@ -156,7 +165,7 @@ bool CDbRec::LookAtSection(std::int32_t testingId, SectionState& state) {
         m_states.clear();
         m_stateSerial = BatchSerial();
     }
-    const auto known = m_states.find(testingId);
+    const auto known = m_states.find(OwnerOf(testingId));
     if (known != m_states.end()) {
         state = std::move(known->second);
         for (const std::string& picture : state.NewPictures) {
@@ -178,16 +187,25 @@ bool CDbRec::LookAtSection(std::int32_t testingId, SectionState& state) {
 }
 
 void CDbRec::RememberAdded(const _REC_DATA& record, SectionState state) {
-    if (BatchSerial() == 0 || record.TestingID < 0) {
+    if (BatchSerial() == 0) {
         return;
     }
     _REC_DATA stored;
     stored.DefectCode = record.DefectCode;
     stored.DefectType = GetDefectType(record.DefectCode);
-    state.Empty = false;
-    state.HasPipeNormal = state.HasPipeNormal || stored.IsPipeNormal();
-    state.NewPictures = {record.GetPicture1(), record.GetPicture2()};
-    m_states.insert_or_assign(record.TestingID, std::move(state));
+    const auto take = [&](SectionState& into) {
+        into.Empty = false;
+        into.HasPipeNormal = into.HasPipeNormal || stored.IsPipeNormal();
+        into.NewPictures.push_back(record.GetPicture1());
+        into.NewPictures.push_back(record.GetPicture2());
+    };
+    take(state);
+    m_states.insert_or_assign(OwnerOf(record.TestingID), std::move(state));
+    // Whoever asks for the whole project meets this record, too.
+    const auto whole = m_states.find(WholeProject);
+    if (record.TestingID >= 0 && whole != m_states.end()) {
+        take(whole->second);
+    }
 }
 
 bool CDbRec::AddRecord(const _REC_DATA& in) {
@@ -197,8 +215,8 @@ bool CDbRec::AddRecord(const _REC_DATA& in) {
     }
     const int refusal = in.IsPipeNormal() ? (state.Empty ? 0 : 2800) : (state.HasPipeNormal ? 2801 : 0);
     if (refusal != 0) {
-        if (BatchSerial() != 0 && in.TestingID >= 0) {
-            m_states.insert_or_assign(in.TestingID, std::move(state));
+        if (BatchSerial() != 0) {
+            m_states.insert_or_assign(OwnerOf(in.TestingID), std::move(state));
         }
         ShowMessage(refusal);
         return false;

@@ -36,6 +36,8 @@ public:
     CListing& operator=(const CListing&) = delete;
 };
 
+}  // namespace
+
 std::string FreeProjectPath() {
     using std::chrono::seconds;
     for (auto time = Clock().LocalNow();; time += seconds(1)) {
@@ -48,6 +50,8 @@ std::string FreeProjectPath() {
         }
     }
 }
+
+namespace {
 
 // As a listing reads it: nothing is asked, and a file of the older engine isn't changed. Without `count`
 // the records aren't counted. Shows the message of what fails.

@@ -46,6 +46,9 @@ struct ProjectProperties {
 bool CanSaveProject(const ProjectProperties& properties, int criterionIndex,
                     const CCriterionDataArray& criteria);
 
+// In the folder of projects, named for the present time or the first later second whose name is free.
+std::string FreeProjectPath();
+
 // Copies the chosen criterion file to a name made from the present time, the first later second whose
 // name is free, and gives the copy its identity. Returns its path; empty on failure (message 2203 with
 // the path, or that of the database operation, after which the copy stays behind).

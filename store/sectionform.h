@@ -111,8 +111,9 @@ void KeepNewPipeDefaults(const SectionTexts& texts);
 WellPair ShownWells(const SectionForm& form);
 void StoreWells(SectionForm& form, const WellPair& typed);
 
-// Paths that the list holds already are passed over. Asks with 3337 where a name can be split in several ways. Asks with 2181 where a file name doesn't hold two
-// manholes; Cancel leaves out this one and those behind it. Selects the last one added.
+// Paths that the list holds already are passed over. Asks with 3337 where a name can be split in several
+// ways. Asks with 2181 where a file name doesn't hold two manholes; Cancel leaves out this one and those
+// behind it. Selects the last one added.
 bool AddVideos(SectionForm& form, const std::vector<std::string>& paths);
 void RemoveSelectedVideo(SectionForm& form);
 

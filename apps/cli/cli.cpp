@@ -49,6 +49,8 @@ constexpr Command Commands[] = {
     {"delete-record", "PROJECT --record ID", "delete a record", RunDeleteRecord},
     {"dump", "PROJECT", "print the whole project as one JSON document", RunDump},
     {"load", "PROJECT FILE.json", "add the sections and records of such a document", RunLoad},
+    {"merge", "FIRST.mdb SECOND.mdb",
+     "join two projects into a third; print its file, and that of the list of sections left out", RunMerge},
     {"grab", "VIDEO SECONDS -o FILE.jpg", "write the frame that is shown at that position as a picture",
      RunGrab},
     {"convert", "FILE... [--to DIR] [--json]",

@@ -51,6 +51,8 @@ int RunGrade(const CommandContext& context);
 // commands_report.cpp
 int RunDataset(const CommandContext& context);
 int RunExportWord(const CommandContext& context);
+// commands_merge.cpp
+int RunMerge(const CommandContext& context);
 // commands_sheet.cpp
 int RunGpsSheet(const CommandContext& context);
 int RunImportGps(const CommandContext& context);

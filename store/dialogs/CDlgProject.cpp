@@ -7,6 +7,7 @@
 
 #include "controls/icons.h"
 #include "lists/CTestingList.h"
+#include "shell/CPrompts.h"
 #include "shell/dialogs/CWaitCursor.h"
 #include "shell/dialogs/qttext.h"
 #include "shell/language.h"
@@ -15,6 +16,7 @@
 #include "store/catalogue.h"
 #include "store/dialogs/CDlgNewPro.h"
 #include "store/dialogs/CProjectList.h"
+#include "store/merge.h"
 
 namespace {
 
@@ -48,6 +50,7 @@ CDlgProject::CDlgProject(int mode, QWidget* parent)
       m_warning(new QLabel(this)) {
     setWindowTitle("工程列表");
     m_projects->setMinimumHeight(ListHeight);
+    m_projects->AllowSeveral();
     m_projects->OnItemChanged = [this] { SetTimer(TimerSelection, AfterClick); };
     m_projects->OnDoubleClick = [this](int) { OnOK(); };
     m_warning->setWordWrap(true);
@@ -88,6 +91,7 @@ CDlgProject::CDlgProject(int mode, QWidget* parent)
     OnCommand(IdNew, [this] { OnNewProject(); });
     OnCommand(IdEdit, [this] { OnEditProject(); });
     OnCommand(IdDelete, [this] { OnDeleteProject(); });
+    OnCommand(IdMerge, [this] { OnMerge(); });
     OnCommand(IdSetAside, [this] {
         (void)SetAside(m_projects->Unreadable());
         RefreshProjects();
@@ -151,7 +155,6 @@ void CDlgProject::OnInitDialog() {
     m_projects->SetEmptyText(MessageText(3010));
     m_projects->setMinimumWidth(m_projects->FullWidth());
     m_sections->CreateColumns(false);
-    EnableControl(IdMerge, false);
     EnableControl(IdMap, false);
     RefreshProjects();
     m_projects->SelectRow(0);
@@ -192,6 +195,7 @@ void CDlgProject::UpdateButtons() {
     for (const int id : {IdOk, IdDelete, IdNewSection}) {
         EnableControl(id, project);
     }
+    EnableControl(IdMerge, m_projects->RowCount() > 0);
     for (const int id : {IdDeleteSection, IdEditSection, IdCalcGps}) {
         EnableControl(id, section);
     }
@@ -235,6 +239,34 @@ void CDlgProject::OnDeleteProject() {
         SetTimer(TimerSelection, AfterRefresh);
     }
     UpdateButtons();
+}
+
+void CDlgProject::OnMerge() {
+    std::vector<_PRO_DATA> chosen;
+    for (const int row : m_projects->SelectedRows()) {
+        if (const _PRO_DATA* project = m_projects->ProjectAt(row)) {
+            chosen.push_back(*project);
+        }
+    }
+    if (chosen.size() != 2) {
+        ShowMessage(1061);
+        return;
+    }
+    MergeResult result;
+    bool merged = false;
+    {
+        const CWaitCursor wait;
+        merged = MergeProjects(chosen[0], chosen[1], result);
+    }
+    if (result.Path.empty()) {
+        return;
+    }
+    RefreshProjects();
+    m_projects->SelectProject(result.Path);
+    UpdateButtons();
+    if (merged) {
+        ShowMergeResult(result);
+    }
 }
 
 void CDlgProject::OnEditProject() {

@@ -34,6 +34,7 @@ private:
     void OnNewProject();
     void OnDeleteProject();
     void OnEditProject();
+    void OnMerge();
 
     int m_mode;
     CProjectList* m_projects;

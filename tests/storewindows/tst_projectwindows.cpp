@@ -124,6 +124,24 @@ TEST_F(ProjectWindows, DeletingAsks) {
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
 
+TEST_F(ProjectWindows, TwoThatAreSelectedAreMerged) {
+    for (const char* name : {"one", "two", "three"}) {
+        ASSERT_NE(Create(name), "");
+    }
+    Run([&](CSizeDlg& dialog) {
+        m_folder.Prompts.Expect(1061);
+        Press(dialog, 1029);
+        PressKey(List(dialog), Qt::Key_Down);
+        QTest::keyClick(List(dialog).viewport(), Qt::Key_Down, Qt::ShiftModifier);
+        EXPECT_EQ(List(dialog).SelectedRows(), (std::vector{1, 2}));
+        Photograph(dialog, "projects-merge");
+        Press(dialog, 1029);
+        EXPECT_EQ(Names(dialog), "one;two;three;two__three;");
+        EXPECT_EQ(List(dialog).SelectedRows(), std::vector{3});
+        Press(dialog, 2);
+    });
+}
+
 TEST_F(ProjectWindows, TheOpenProjectIsLeftOutAndAnUnreadableFileShiftsTheRows) {
     const std::string open = Create("open");
     const std::string shown = Create("shown");

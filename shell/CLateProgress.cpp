@@ -1,4 +1,4 @@
-#include "oldfiles/CLateProgress.h"
+#include "shell/CLateProgress.h"
 
 #include <algorithm>
 
