@@ -199,6 +199,33 @@ bool CHostFiles::WriteFile(std::string_view path, const std::function<bool(const
     return Done(twin.File().IsOpen() && write(twin.File()) && twin.TakePlace(true, existing));
 }
 
+std::size_t CHostFiles::WriteFiles(const std::vector<FileContent>& files) {
+    std::vector<std::unique_ptr<CTemporaryTwin>> twins;
+    for (const FileContent& file : files) {
+        MakeDrive(file.Path);
+        const std::string target = Followed(HostPath(file.Path));
+        struct stat former {};
+        const bool replaces = stat(target.c_str(), &former) == 0;
+        const int refusal = replaces ? RefusalOf(target, former, Existing::Replace) : 0;
+        if (refusal != 0) {
+            Refused(refusal);
+            return twins.size();
+        }
+        Sweep(target);
+        twins.push_back(
+            std::make_unique<CTemporaryTwin>(target, replaces ? former.st_mode & 07777 : DefaultMode()));
+        if (!Done(twins.back()->Write(file.Bytes) && fsync(twins.back()->File().Descriptor()) == 0)) {
+            return twins.size() - 1;
+        }
+    }
+    std::size_t written = 0;
+    while (written < twins.size() && Done(twins[written]->TakePlace(true))) {
+        ++written;
+    }
+    m_folders.Forget();
+    return written;
+}
+
 // Once a folder: what processes that were killed have left there.
 void CHostFiles::Sweep(const std::string& target) {
     if (const std::string folder = ParentOf(target); m_swept.insert(folder).second) {

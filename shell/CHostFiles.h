@@ -65,6 +65,13 @@ public:
     // writing, and says whether it is complete.
     bool WriteFile(std::string_view path, const std::function<bool(const CUnixFile&)>& write,
                    Existing existing = Existing::Replace);
+    // Files that belong together: each whole or not at all, and none takes its place before all are on the
+    // disk. How many of them are written; fewer than there are if one can't be, and then normally none.
+    struct FileContent {
+        std::string Path;
+        std::string_view Bytes;
+    };
+    std::size_t WriteFiles(const std::vector<FileContent>& files);
     // The copy is writable, appears whole or not at all, and is flushed.
     bool CopyFile(std::string_view from, std::string_view to, Existing existing);
     // The same for large files: `progress` is told bytes, and can stop the copy.

@@ -42,6 +42,8 @@ constexpr Command Commands[] = {
     {"import-gps", "PROJECT FILE",
      "set the positions of the manholes from such a workbook, print how many sections have one",
      RunImportGps},
+    {"export-shape", "PROJECT [--sections ID,ID] -o FILE.shp", "write the defects as a shapefile",
+     RunExportShape},
     {"gps-calc", "PROJECT --section ID", "place the records between the section's manholes", RunGpsCalc},
     {"edit-section", "PROJECT --section ID FIELD=VALUE...", "change fields of a section", RunEditSection},
     {"edit-record", "PROJECT --record ID FIELD=VALUE...", "change fields of a record", RunEditRecord},

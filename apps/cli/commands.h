@@ -44,6 +44,10 @@ int RunEditSection(const CommandContext& context);
 int RunEditRecord(const CommandContext& context);
 // commands_excel.cpp
 int RunExportExcel(const CommandContext& context);
+// commands_geo.cpp
+int RunGpsSheet(const CommandContext& context);
+int RunImportGps(const CommandContext& context);
+int RunExportShape(const CommandContext& context);
 // commands_grab.cpp
 int RunGrab(const CommandContext& context);
 // commands_grade.cpp
@@ -53,9 +57,6 @@ int RunDataset(const CommandContext& context);
 int RunExportWord(const CommandContext& context);
 // commands_merge.cpp
 int RunMerge(const CommandContext& context);
-// commands_sheet.cpp
-int RunGpsSheet(const CommandContext& context);
-int RunImportGps(const CommandContext& context);
 // commands_sonar.cpp
 int RunSonar(const CommandContext& context);
 int RunExportSonar(const CommandContext& context);

@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QBoxLayout>
-#include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QLabel>
@@ -11,6 +10,7 @@
 
 #include "assessment/standards.h"
 #include "lists/CTestingList.h"
+#include "lists/CTickAllBox.h"
 #include "reports/CRecExport.h"
 #include "reports/word/generator.h"
 #include "reports/word/wordreport.h"
@@ -37,11 +37,9 @@ constexpr int IdRegion = 1063;
 constexpr int IdSoil = 1064;
 constexpr int IdLoad = 1065;
 
-constexpr int MessageAll = 3231;
 constexpr int MessageNoSections = 3232;
 constexpr int MessageReplace = 3233;
 
-constexpr int TimerTicked = 1;
 constexpr int ListHeight = 320;  // pixels
 constexpr int ScreenMargin = 80;
 constexpr const char* Ending = ".docx";
@@ -91,7 +89,7 @@ CDlgExport::CDlgExport(CRecExport& project, QWidget* parent)
     : CSizeDlg(parent),
       m_project(project),
       m_sections(AddControl(IdSections, new CTestingList(this))),
-      m_all(AddControl(IdAll, new QCheckBox(this))),
+      m_all(AddControl(IdAll, new CTickAllBox(*m_sections, this))),
       m_status(AddControl(IdStatus, new QLabel(this))) {
     setWindowTitle("导出Word报告");
     auto* heading = AddControl(IdHeading, new QLabel("请选择需要到处的管段", this));
@@ -99,11 +97,6 @@ CDlgExport::CDlgExport(CRecExport& project, QWidget* parent)
     m_sections->FixOrder();
     m_sections->AllowSeveral();
     m_sections->setMinimumHeight(ListHeight);
-    m_sections->OnItemChanged = [this] { SetTimer(TimerTicked, 0); };
-    connect(m_all, &QCheckBox::clicked, this, [this] {
-        m_sections->CheckAll(TickedRows() < m_sections->RowCount());
-        ShowTicked();
-    });
     m_status->setTextFormat(Qt::PlainText);
     m_status->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);  // a long text widens nothing
 
@@ -180,31 +173,10 @@ void CDlgExport::FillSections() {
     (void)m_sections->Fill(m_project);  // has told its message
     m_sections->RebuildHasDefects();
     m_sections->CheckAll(true);
-    ShowTicked();
+    m_all->ShowTicked();
     const int widest = screen()->availableSize().width() - ScreenMargin;
     m_sections->setMinimumWidth(std::min(m_sections->FullWidth(), widest));
     m_sections->setFocus();
-}
-
-int CDlgExport::TickedRows() const {
-    int ticked = 0;
-    for (int row = 0; row < m_sections->RowCount(); ++row) {
-        ticked += m_sections->IsChecked(row) ? 1 : 0;
-    }
-    return ticked;
-}
-
-void CDlgExport::ShowTicked() {
-    const int ticked = TickedRows();
-    const int rows = m_sections->RowCount();
-    m_all->setCheckState(ticked == 0 ? Qt::Unchecked : ticked == rows ? Qt::Checked : Qt::PartiallyChecked);
-    m_all->setVisible(rows > 0);
-    m_all->setText(ToQt(FillText(LoadMessage(MessageAll), {FormatInt(ticked), FormatInt(rows)})));
-}
-
-void CDlgExport::OnTimer(int id) {
-    KillTimer(id);
-    ShowTicked();
 }
 
 void CDlgExport::ShowStatus(const std::string& text) {

@@ -13,7 +13,7 @@
 
 class CRecExport;
 class CTestingList;
-class QCheckBox;
+class CTickAllBox;
 class QComboBox;
 class QGridLayout;
 class QLabel;
@@ -28,7 +28,6 @@ protected:
     void OnInitDialog() override;
     void OnOK() override;
     void OnCancel() override;
-    void OnTimer(int id) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
@@ -37,8 +36,6 @@ private:
     QComboBox* AddParameter(QGridLayout& grid, int labelId, const char* label, int id);
     void FillParameters();
     void FillSections();
-    int TickedRows() const;
-    void ShowTicked();
     void ShowStatus(const std::string& text);
     // Each tells whether the window may close.
     bool Export();
@@ -52,7 +49,7 @@ private:
     bool m_running = false;
 
     CTestingList* m_sections;
-    QCheckBox* m_all;  // ticks and clears all rows; in between while only some are ticked
+    CTickAllBox* m_all;
     QComboBox* m_region = nullptr;
     QComboBox* m_soil = nullptr;
     QComboBox* m_load = nullptr;  // no standard has rows for it

@@ -5,6 +5,7 @@
 
 #include "fieldimport/acquisitionimport.h"
 #include "fieldimport/gpsimport.h"
+#include "geo/dialogs/CDlgSelTesting.h"
 #include "reports/CRecExport.h"
 #include "reports/dialogs/CDlgExport.h"
 #include "reports/excel/excelexport.h"
@@ -127,6 +128,13 @@ void ExportWordCommand(CDlgProAtrrib& window) {
         }
     } else if (window.Session().Meets(ReviewNeed::Project)) {
         (void)CDlgExport(*window.Session().Database(), &window).DoModal();
+    }
+}
+
+void ExportShapeCommand(CDlgProAtrrib& window) {
+    CDlgSelTesting dialog(*window.Session().Database(), &window);
+    if (dialog.DoModal() == CSizeDlg::IdOk) {
+        dialog.ExportShapeFile(window.Session().ProjectName());
     }
 }
 

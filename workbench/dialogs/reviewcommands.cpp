@@ -22,7 +22,7 @@ constexpr std::array<ReviewCommand, 22> Table = {{
      "Ctrl+E"},
     {1026, Nothing, 0, false, false, ExportWordCommand, "导出Word", 955, "ui\\big\\word.bmp", Big, "Ctrl+R"},
     {1018, Project, 0, false, false, nullptr, "地图", 956, "ui\\big\\map.bmp", Big, "Ctrl+M"},
-    {1019, Project, 0, false, false, nullptr, "Shp文件", 957, "ui\\big\\shp.bmp", Big, "Ctrl+H"},
+    {1019, Project, 0, false, false, ExportShapeCommand, "Shp文件", 957, "ui\\big\\shp.bmp", Big, "Ctrl+H"},
     {1081, Nothing, 0, false, false, SettingsCommand, "设置", 958, "ui\\big\\set.bmp", Big, "Ctrl+,"},
     {1080, Nothing, 0, false, false, AboutCommand, "关于", 959, "ui\\big\\about.bmp", Big, "F1"},
     {2, Nothing, 2182, true, false, CloseCommand, "退出", 960, "ui\\big\\exit.bmp", Big, "Ctrl+Q"},

@@ -52,6 +52,7 @@ void ProjectPropertiesCommand(CDlgProAtrrib& window);
 void ImportXmlCommand(CDlgProAtrrib& window);
 void ImportGpsCommand(CDlgProAtrrib& window);
 void ExportExcelCommand(CDlgProAtrrib& window);
+void ExportShapeCommand(CDlgProAtrrib& window);
 void ExportWordCommand(CDlgProAtrrib& window);
 void SettingsCommand(CDlgProAtrrib& window);
 void AboutCommand(CDlgProAtrrib& window);

@@ -1,12 +1,16 @@
-// Surveyors' sheets.
+// Positions: surveyors' sheets in, shapefiles out.
 #include <nlohmann/json.hpp>
 #include <ostream>
 
 #include "apps/cli/CArguments.h"
+#include "apps/cli/choices.h"
 #include "apps/cli/commands.h"
 #include "fieldimport/gpsimport.h"
 #include "fieldimport/gpssheet.h"
+#include "geo/shapefile/shapeexport.h"
+#include "reports/collectreport.h"
 #include "shell/numbers.h"
+#include "shell/paths.h"
 #include "store/CDbRec.h"
 #include "store/recordjson.h"
 
@@ -45,4 +49,15 @@ int RunImportGps(const CommandContext& context) {
     TellGpsImport(result);
     context.Out << FormatInt(result.Sections) << '\n';
     return 0;
+}
+
+int RunExportShape(const CommandContext& context) {
+    const CArguments arguments(context.Words, {"--sections", "-o"}, {});
+    arguments.ExpectPlaces(1, 1);
+    const std::string& project = arguments.Places().front();
+    const std::string target =
+        TargetArgument(context, WithExtension(arguments.Require("-o"), ".shp"), {project});
+    CDbRec database;
+    OpenProject(database, context, project);
+    return ExportShapes(database, SectionIds(ChosenSections(database, arguments)), target) ? 0 : 1;
 }
