@@ -10,6 +10,7 @@
 #include "controls/CWMPPlayer4.h"
 #include "lists/CDefectList.h"
 #include "lists/CTestingList.h"
+#include "reports/ooxml/ziparchive.h"
 #include "shell/newpipedefaults.h"
 #include "shell/paths.h"
 #include "shell/seams.h"
@@ -134,6 +135,58 @@ TEST_F(ReviewWindow, FromTheProjectListToTheSecondPictureAndItsDeletion) {
     EXPECT_FALSE(std::filesystem::exists(Folder.Host("job/picture/Y1-Y2_092653.jpg")));
     EXPECT_FALSE(std::filesystem::exists(Folder.Host("job/picture/3.jpg")));
     EXPECT_EQ(Folder.ReadFile("job/picture/Y1-Y2_092653_original.jpg"), taken);
+}
+
+TEST_F(ReviewWindow, FieldDataComesInAndGoesOut) {
+    const CTestHome home(Folder.Host("home"));
+    const std::string type = "http://schemas.openxmlformats.org/officeDocument/2006/relationships/";
+    const auto relation = [&](const char* kind, const char* target) {
+        return "<R><Relationship Id=\"a\" Type=\"" + type + kind + "\" Target=\"" + target + "\"/></R>";
+    };
+    const std::string sheet = Folder.WriteFile(
+        "wells.xlsx",
+        WriteZip(
+            {{"_rels/.rels", relation("officeDocument", "w.xml"), {}, 6},
+             {"_rels/w.xml.rels", relation("worksheet", "s.xml"), {}, 6},
+             {"w.xml", "<w xmlns:r=\"r\"><sheet r:id=\"a\"/></w>", {}, 6},
+             {"s.xml",
+              "<worksheet><sheetData><row/><row><c t=\"str\"><v>Y2</v></c><c><v>113.5</v></c><c><v>23.5</v>"
+              "</c></row></sheetData></worksheet>",
+              {},
+              6}}));
+    std::string osd;
+    for (int i = 1; i <= 11; ++i) {
+        osd += "<osd" + std::to_string(i) + " value=\"S" + std::to_string(i) + "\"/>";
+    }
+    Folder.WriteFile("field/a.xml",
+                     "<cfg><mdata name=\"n\" gentime=\"2026/01/02 03:04:05\"><videofilename "
+                     "value=\"v.avi\"/>" +
+                         osd + "</mdata></cfg>");
+    const std::string sonar = Folder.WriteFile("field/s.xml", "<cfg><dixmlfilename value=\"a.xml\"/></cfg>");
+
+    CDlgProAtrrib window("");
+    Open(window);
+    List(window).SelectRow(2);
+    Folder.Prompts.GivePath(sheet);
+    Folder.Prompts.Expect(2187);
+    Press(window, 1027);
+    EXPECT_EQ(List(window).SelectedRow(), 2);
+    EXPECT_EQ(List(window).SectionAt(1)->GpsXEnd, 113.5);
+    EXPECT_EQ(List(window).SectionAt(2)->GpsYStart, 23.5);
+
+    InNextDialog([](CSizeDlg& dialog) { Press(dialog, CSizeDlg::IdOk); });
+    Folder.Prompts.GivePath(Folder.Path("out.shp"));
+    Press(window, 1019);
+    EXPECT_EQ(Folder.ReadFile("out.shp").size(), 100U + 2 * 64);
+
+    Folder.Prompts.GivePath(sonar);
+    Press(window, 1082);
+    EXPECT_EQ(List(window).RowCount(), 4);
+    Folder.Desktop.CanOpen = true;
+    Press(window, 1026);
+    ASSERT_EQ(Folder.Desktop.Opened.size(), 1U);
+    EXPECT_NE(Folder.Desktop.Opened[0].find("幸福路.docx"), std::string::npos);
+    EXPECT_TRUE(AllDialogsCame());
 }
 
 TEST_F(ReviewWindow, CommandsSayWhatTheyMiss) {
