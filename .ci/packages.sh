@@ -10,6 +10,7 @@ packages=(
     mdbtools-dev                                     # databases of the older engine
     libavformat-dev libavcodec-dev libswscale-dev libavutil-dev libjpeg-dev
     qt6-base-dev qt6-svg-dev qt6-translations-l10n libgl-dev libmpv-dev  # windows
+    qt6-webengine-dev qt6-pdf-dev qt6-declarative-dev libjs-leaflet      # the map
     libgtest-dev libbenchmark-dev                    # tests and timings
     xvfb xauth fonts-noto-cjk                        # windows without a display, Chinese texts
     python3-openpyxl python3-xlwt python3-docx       # documents as others read and write them

@@ -1,8 +1,8 @@
-# drovane_publish(target folder scope): the headers of a folder, and none of folders in it, on the include path.
+# drovane_publish(target folder scope), for as many folders as wanted: the headers of a folder, and none of folders in it, on the include path.
 function(drovane_publish target folder scope)
   set(published ${CMAKE_BINARY_DIR}/include/${target})
   # A build folder may still have the links of headers that have moved.
-  file(REMOVE_RECURSE ${published})
+  file(REMOVE_RECURSE ${published}/${folder})
   file(MAKE_DIRECTORY ${published}/${folder})
   file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${CMAKE_SOURCE_DIR} ${CMAKE_SOURCE_DIR}/${folder}/*.h)
   foreach(header IN LISTS headers)

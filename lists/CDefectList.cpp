@@ -1,5 +1,7 @@
 #include "lists/CDefectList.h"
 
+#include <unordered_set>
+
 #include "lists/listtexts.h"
 #include "shell/dialogs/qttext.h"
 #include "store/CDbRec.h"
@@ -26,6 +28,28 @@ bool CDefectList::Fill(CDbRec& database, std::int32_t sectionId) {
     if (!database.ReadRecords(sectionId, records, false)) {
         return false;
     }
+    Take(database, std::move(records));
+    return true;
+}
+
+bool CDefectList::Fill(CDbRec& database, std::int32_t sectionId, const CArrID& chosen) {
+    Clear();
+    CRecDataArray records;
+    if (!database.ReadRecords(sectionId, records, false)) {
+        return false;
+    }
+    const std::unordered_set<std::uint32_t> ids(chosen.begin(), chosen.end());
+    CRecDataArray kept;
+    for (_REC_DATA& record : records) {
+        if (record.TestingID >= 0 && ids.contains(static_cast<std::uint32_t>(record.TestingID))) {
+            kept.Add(std::move(record));
+        }
+    }
+    Take(database, std::move(kept));
+    return true;
+}
+
+void CDefectList::Take(CDbRec& database, CRecDataArray records) {
     m_records = std::move(records);
     std::vector<std::int32_t> ids;
     for (const _REC_DATA& record : m_records) {
@@ -33,7 +57,6 @@ bool CDefectList::Fill(CDbRec& database, std::int32_t sectionId) {
         m_names.push_back(DefectName(database, record.DefectCode));
     }
     ResetRows(ids);
-    return true;
 }
 
 const _REC_DATA* CDefectList::RecordAt(int row) const {

@@ -276,6 +276,14 @@ CReviewSession::Place CReviewSession::GetPlace() const {
 }
 
 void CReviewSession::Return(const Place& place) {
+    if (const auto wanted = std::exchange(m_wanted, std::nullopt); wanted && m_database != nullptr) {
+        if (m_screen.SelectSection(wanted->first)) {
+            FlushSelections();
+            (void)m_screen.SelectRecord(wanted->second);
+            FlushSelections();
+        }
+        return;
+    }
     if (m_database == nullptr || place.Project != m_path) {
         return;
     }

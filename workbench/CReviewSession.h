@@ -6,8 +6,10 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "workbench/CReviewScreen.h"
 #include "workbench/review.h"
@@ -73,6 +75,9 @@ public:
         std::int64_t Changes = 0;
     };
     Place GetPlace() const;
+    // For a command that leads elsewhere: its end selects this section and this record instead, with its
+    // frame.
+    void GoTo(std::int32_t section, std::int32_t record) { m_wanted = {{section, record}}; }
     // If the command changed anything: reads the lists anew, and stands where the operator stood, or on what
     // the command has made, without touching the video unless the section is another one.
     void Return(const Place& place);
@@ -94,6 +99,7 @@ private:
     Markers m_markers;
     std::int32_t m_loadedSection = -1;  // whose video was loaded last
     std::string m_loadedVideo;          // and which that was
+    std::optional<std::pair<std::int32_t, std::int32_t>> m_wanted;
     bool m_sectionPending = false;
     bool m_defectPending = false;
     bool m_toldGone = false;

@@ -44,6 +44,7 @@ constexpr Command Commands[] = {
      RunImportGps},
     {"export-shape", "PROJECT [--sections ID,ID] -o FILE.shp", "write the defects as a shapefile",
      RunExportShape},
+    {"map", "PROJECT [--sections ID,ID] [--json]", "print what the map of the sections is told", RunMap},
     {"gps-calc", "PROJECT --section ID", "place the records between the section's manholes", RunGpsCalc},
     {"edit-section", "PROJECT --section ID FIELD=VALUE...", "change fields of a section", RunEditSection},
     {"edit-record", "PROJECT --record ID FIELD=VALUE...", "change fields of a record", RunEditRecord},

@@ -48,6 +48,7 @@ int RunExportExcel(const CommandContext& context);
 int RunGpsSheet(const CommandContext& context);
 int RunImportGps(const CommandContext& context);
 int RunExportShape(const CommandContext& context);
+int RunMap(const CommandContext& context);
 // commands_grab.cpp
 int RunGrab(const CommandContext& context);
 // commands_grade.cpp

@@ -7,6 +7,7 @@
 #include "apps/cli/commands.h"
 #include "fieldimport/gpsimport.h"
 #include "fieldimport/gpssheet.h"
+#include "geo/mapview/mapcontent.h"
 #include "geo/shapefile/shapeexport.h"
 #include "reports/collectreport.h"
 #include "shell/numbers.h"
@@ -60,4 +61,21 @@ int RunExportShape(const CommandContext& context) {
     CDbRec database;
     OpenProject(database, context, project);
     return ExportShapes(database, SectionIds(ChosenSections(database, arguments)), target) ? 0 : 1;
+}
+
+int RunMap(const CommandContext& context) {
+    const CArguments arguments(context.Words, {"--sections"}, {"--json"});
+    arguments.ExpectPlaces(1, 1);
+    CDbRec database;
+    OpenProject(database, context, arguments.Places().front());
+    MapContent content;
+    if (!ReadMapContent(database, -1, SectionIds(ChosenSections(database, arguments)), content)) {
+        return 1;
+    }
+    nlohmann::ordered_json bubbles = nlohmann::ordered_json::array();
+    for (int row = 0; row < content.Records.GetSize(); ++row) {
+        bubbles.push_back(BubbleOf(database, content, row));
+    }
+    context.Out << JsonText({{"calls", MapCalls(content)}, {"bubbles", std::move(bubbles)}}) << '\n';
+    return 0;
 }

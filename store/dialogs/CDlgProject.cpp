@@ -91,6 +91,7 @@ CDlgProject::CDlgProject(int mode, QWidget* parent)
     OnCommand(IdNew, [this] { OnNewProject(); });
     OnCommand(IdEdit, [this] { OnEditProject(); });
     OnCommand(IdDelete, [this] { OnDeleteProject(); });
+    OnCommand(IdMap, [this] { OnMap(); });
     OnCommand(IdMerge, [this] { OnMerge(); });
     OnCommand(IdSetAside, [this] {
         (void)SetAside(m_projects->Unreadable());
@@ -133,12 +134,13 @@ QWidget* CDlgProject::MakeSectionPanel() {
 }
 
 void CDlgProject::MakeShortcuts() {
-    const std::pair<Qt::Key, int> keys[] = {
-        {Qt::Key_Insert, IdNew}, {Qt::Key_F2, IdEdit}, {Qt::Key_Delete, IdDelete}};
+    const std::pair<QKeySequence, int> keys[] = {{Qt::CTRL | Qt::Key_M, IdMap},
+                                                 {Qt::Key_Insert, IdNew},
+                                                 {Qt::Key_F2, IdEdit},
+                                                 {Qt::Key_Delete, IdDelete}};
     for (const auto& [key, id] : keys) {
         auto* button = Item<QPushButton>(id);
-        connect(new QShortcut(QKeySequence(key), this), &QShortcut::activated, button,
-                [button] { button->click(); });
+        connect(new QShortcut(key, this), &QShortcut::activated, button, [button] { button->click(); });
     }
 }
 
@@ -155,7 +157,6 @@ void CDlgProject::OnInitDialog() {
     m_projects->SetEmptyText(MessageText(3010));
     m_projects->setMinimumWidth(m_projects->FullWidth());
     m_sections->CreateColumns(false);
-    EnableControl(IdMap, false);
     RefreshProjects();
     m_projects->SelectRow(0);
     UpdateButtons();
@@ -195,6 +196,7 @@ void CDlgProject::UpdateButtons() {
     for (const int id : {IdOk, IdDelete, IdNewSection}) {
         EnableControl(id, project);
     }
+    EnableControl(IdMap, project && ShowMap);
     EnableControl(IdMerge, m_projects->RowCount() > 0);
     for (const int id : {IdDeleteSection, IdEditSection, IdCalcGps}) {
         EnableControl(id, section);
@@ -239,6 +241,18 @@ void CDlgProject::OnDeleteProject() {
         SetTimer(TimerSelection, AfterRefresh);
     }
     UpdateButtons();
+}
+
+void CDlgProject::OnMap() {
+    const _PRO_DATA* selected = m_projects->SelectedProject();
+    if (selected == nullptr || !ShowMap) {
+        return;
+    }
+    const _PRO_DATA project = *selected;
+    if (ShowMap(project, ChosenSection, ChosenRecord) && m_mode != 0) {
+        ChosenProject = project;
+        EndDialog(IdOk);
+    }
 }
 
 void CDlgProject::OnMerge() {

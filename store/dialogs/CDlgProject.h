@@ -2,6 +2,8 @@
 // it needs and closes it again, so that a project is locked only for that moment.
 #pragma once
 
+#include <cstdint>
+#include <functional>
 #include <string>
 
 #include "shell/dialogs/CSizeDlg.h"
@@ -19,6 +21,13 @@ public:
 
     std::string ExcludedPath;  // of the project that is open in the caller and locked; empty if none
     _PRO_DATA ChosenProject;   // after OK
+    // Where in it the operator wants to stand; below 0: nowhere special.
+    std::int32_t ChosenSection = -1;
+    std::int32_t ChosenRecord = -1;
+
+    // Shows a project on the map. True if the operator chose a place there, which is then in section and
+    // record. Without it there is no map.
+    std::function<bool(const _PRO_DATA& project, std::int32_t& section, std::int32_t& record)> ShowMap;
 
 protected:
     void OnInitDialog() override;
@@ -35,6 +44,7 @@ private:
     void OnDeleteProject();
     void OnEditProject();
     void OnMerge();
+    void OnMap();
 
     int m_mode;
     CProjectList* m_projects;

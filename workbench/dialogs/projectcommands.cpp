@@ -5,6 +5,7 @@
 
 #include "fieldimport/acquisitionimport.h"
 #include "fieldimport/gpsimport.h"
+#include "geo/dialogs/CDlgMap.h"
 #include "geo/dialogs/CDlgSelTesting.h"
 #include "reports/CRecExport.h"
 #include "reports/dialogs/CDlgExport.h"
@@ -23,12 +24,36 @@
 #include "workbench/dialogs/CDlgProAtrrib.h"
 #include "workbench/dialogs/reviewcommands.h"
 
+namespace {
+
+// True if the operator wants to stand on a defect of the map.
+bool RunMap(CDbRec& database, const std::string& title, QWidget* parent, std::int32_t& section,
+            std::int32_t& record) {
+    CDlgMap dialog(database, -1, parent);
+    dialog.Title = title;
+    if (dialog.DoModal() != CSizeDlg::IdOk) {
+        return false;
+    }
+    section = dialog.ChosenSection;
+    record = dialog.ChosenRecord;
+    return true;
+}
+
+}  // namespace
+
 void OpenProjectCommand(CDlgProAtrrib& window) {
     CDlgProject dialog(1, &window);
     dialog.ExcludedPath = window.ProjectPath();
+    dialog.ShowMap = [&dialog](const _PRO_DATA& project, std::int32_t& section, std::int32_t& record) {
+        CDbRec database;
+        return database.OpenDatabase(project.ProjectPath, CDbPassword) &&
+               RunMap(database, project.ProjectName, &dialog, section, record);
+    };
     if (dialog.DoModal() == CSizeDlg::IdOk) {
         const CWaitCursor wait;
-        (void)window.OpenProject(dialog.ChosenProject.ProjectPath);
+        if (window.OpenProject(dialog.ChosenProject.ProjectPath) && dialog.ChosenSection >= 0) {
+            window.Session().GoTo(dialog.ChosenSection, dialog.ChosenRecord);
+        }
     }
 }
 
@@ -135,6 +160,14 @@ void ExportShapeCommand(CDlgProAtrrib& window) {
     CDlgSelTesting dialog(*window.Session().Database(), &window);
     if (dialog.DoModal() == CSizeDlg::IdOk) {
         dialog.ExportShapeFile(window.Session().ProjectName());
+    }
+}
+
+void MapCommand(CDlgProAtrrib& window) {
+    std::int32_t section = -1;
+    std::int32_t record = -1;
+    if (RunMap(*window.Session().Database(), window.Session().ProjectName(), &window, section, record)) {
+        window.Session().GoTo(section, record);
     }
 }
 

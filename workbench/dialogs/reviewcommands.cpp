@@ -21,7 +21,7 @@ constexpr std::array<ReviewCommand, 22> Table = {{
     {1025, Project, 2188, false, false, ExportExcelCommand, "导出Excel", 954, "ui\\big\\excel.bmp", Big,
      "Ctrl+E"},
     {1026, Nothing, 0, false, false, ExportWordCommand, "导出Word", 955, "ui\\big\\word.bmp", Big, "Ctrl+R"},
-    {1018, Project, 0, false, false, nullptr, "地图", 956, "ui\\big\\map.bmp", Big, "Ctrl+M"},
+    {1018, Project, 0, false, false, MapCommand, "地图", 956, "ui\\big\\map.bmp", Big, "Ctrl+M"},
     {1019, Project, 0, false, false, ExportShapeCommand, "Shp文件", 957, "ui\\big\\shp.bmp", Big, "Ctrl+H"},
     {1081, Nothing, 0, false, false, SettingsCommand, "设置", 958, "ui\\big\\set.bmp", Big, "Ctrl+,"},
     {1080, Nothing, 0, false, false, AboutCommand, "关于", 959, "ui\\big\\about.bmp", Big, "F1"},

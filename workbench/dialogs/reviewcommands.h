@@ -53,6 +53,7 @@ void ImportXmlCommand(CDlgProAtrrib& window);
 void ImportGpsCommand(CDlgProAtrrib& window);
 void ExportExcelCommand(CDlgProAtrrib& window);
 void ExportShapeCommand(CDlgProAtrrib& window);
+void MapCommand(CDlgProAtrrib& window);
 void ExportWordCommand(CDlgProAtrrib& window);
 void SettingsCommand(CDlgProAtrrib& window);
 void AboutCommand(CDlgProAtrrib& window);
