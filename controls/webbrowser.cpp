@@ -15,9 +15,6 @@ namespace {
 using Maker = CWebBrowser2* (*)(const WebOptions&, QWidget*);
 
 void PrepareSharing() {
-    if (!QCoreApplication::testAttribute(Qt::AA_ShareOpenGLContexts)) {
-        QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
-    }
     if (qt_gl_global_share_context() == nullptr) {
         qt_gl_set_global_share_context(new QOpenGLContext(QCoreApplication::instance()));
     }

@@ -5,6 +5,7 @@
 #include <QBoxLayout>
 #include <QBuffer>
 #include <QLoggingCategory>
+#include <QPainter>
 #include <QPdfDocument>
 #include <QPointer>
 #include <QQuickWindow>
@@ -130,7 +131,10 @@ QImage CWebEngineBrowser::RenderPdf(const QByteArray& pdf, int dotsPerInch) {
     }
     constexpr double PointsPerInch = 72;
     const QSizeF points = document.pagePointSize(0);
-    QImage page = document.render(0, (points * dotsPerInch / PointsPerInch).toSize());
+    const QImage drawn = document.render(0, (points * dotsPerInch / PointsPerInch).toSize());
+    QImage page(drawn.size(), QImage::Format_RGB32);
+    page.fill(Qt::white);  // the document says nothing of the paper
+    QPainter(&page).drawImage(0, 0, drawn);
     constexpr double InchesPerMetre = 1 / 0.0254;
     page.setDotsPerMeterX(qRound(dotsPerInch * InchesPerMetre));
     page.setDotsPerMeterY(qRound(dotsPerInch * InchesPerMetre));

@@ -25,12 +25,22 @@ struct Levels {
     Level Functional;
 };
 
-// As the standards write them.
+// As the standards write them, in the operator's language.
 int RankOf(std::string_view text) {
-    constexpr std::array<std::string_view, 5> ranks = {"Ⅰ", "Ⅱ", "Ⅲ", "Ⅳ", "Ⅴ"};
-    for (std::size_t i = 0; i < ranks.size(); ++i) {
-        if (text.find(ranks[i]) != text.npos) {
-            return static_cast<int>(i) + 1;
+    // Those that hold others first.
+    constexpr std::array<std::pair<std::string_view, int>, 10> ranks = {{{"Ⅴ", 5},
+                                                                         {"Ⅳ", 4},
+                                                                         {"Ⅲ", 3},
+                                                                         {"Ⅱ", 2},
+                                                                         {"Ⅰ", 1},
+                                                                         {"III", 3},
+                                                                         {"II", 2},
+                                                                         {"IV", 4},
+                                                                         {"V", 5},
+                                                                         {"I", 1}}};
+    for (const auto& [sign, rank] : ranks) {
+        if (text.find(sign) != text.npos) {
+            return rank;
         }
     }
     return 0;

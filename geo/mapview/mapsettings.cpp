@@ -19,7 +19,8 @@ constexpr const char* Section = "tiles";
 
 MapTiles ReadMapTiles() {
     const std::optional<std::string> content = HostFiles().ReadFile(GetAppFolder() + "map.ini", MaxFileSize);
-    const CProfile profile(content.value_or(std::string()));
+    const std::string text = content.value_or(std::string());
+    const CProfile profile(IsValidUtf8(text) ? text : Utf8FromGbk(text));
     MapTiles tiles;
     tiles.Address = profile.Get(Section, "url");
     if (!tiles.Address.starts_with("http://") && !tiles.Address.starts_with("https://")) {

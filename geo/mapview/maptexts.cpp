@@ -23,7 +23,7 @@ constexpr const char* Bubble =
     "<tr><td style='%s'>结束距离</td><td style='%s'>%s米</td></tr>"
     "<tr><td style='%s'>缺陷代码</td><td style='%s'>%s</td></tr>"
     "<tr><td style='%s'>缺陷名称</td><td style='%s'>%s</td></tr>"
-    "<tr><td colspan='2'><span style='%s'>备注</span><span style='%s'>%s</span></td></tr></table>";
+    "<tr><td colspan='2' style='%s'><span style='color:#000'>备注</span> %s</td></tr></table>";
 constexpr const char* LabelStyle = "font-family:宋体;font-size:9.0pt;padding:2px 5px;white-space:nowrap";
 constexpr const char* ValueStyle = "font-family:宋体;font-size:9.0pt;padding:2px 5px;color:#8DB3E2";
 
@@ -86,11 +86,11 @@ std::string BubbleText(const _REC_DATA& record, std::string_view sectionName, st
     const std::string metres[] = {FormatFixed(static_cast<double>(record.DistanceStart), 2),
                                   FormatFixed(static_cast<double>(record.DistanceEnd), 2)};
     std::vector<std::string> values{picture.empty() ? std::string("file:///") : PictureAddress(picture)};
-    for (const std::string& value :
-         {EncodeForPage(sectionName), metres[0], metres[1], EncodeForPage(record.DefectCode),
-          EncodeForPage(defectName), EncodeForPage(record.Comment)}) {
+    for (const std::string& value : {EncodeForPage(sectionName), metres[0], metres[1],
+                                     EncodeForPage(record.DefectCode), EncodeForPage(defectName)}) {
         values.insert(values.end(), {LabelStyle, ValueStyle, value});
     }
+    values.insert(values.end(), {ValueStyle, EncodeForPage(record.Comment)});
     return FillText(Bubble, values);
 }
 
