@@ -29,7 +29,7 @@ var Drawing = L.Layer.extend({
     onAdd: function (map) {
         this.canvas = L.DomUtil.create("canvas", "leaflet-zoom-hide", map.getPanes().overlayPane);
         map.on("moveend zoomend resize viewreset", this.redraw, this);
-        this.redraw();
+        this.draw();
     },
 
     onRemove: function (map) {
@@ -37,9 +37,31 @@ var Drawing = L.Layer.extend({
         this.canvas.remove();
     },
 
+    // However often it is asked for, once for all that a script did.
     redraw: function () {
+        var self = this;
+        this.move();
+        if (!this.later) {
+            this.later = setTimeout(function () {
+                self.later = 0;
+                if (self._map) {
+                    self.draw();
+                }
+            }, 0);
+        }
+    },
+
+    // Until it is drawn anew, the canvas stays with the map.
+    move: function () {
+        if (this.origin) {
+            L.DomUtil.setPosition(this.canvas, this.origin);
+        }
+    },
+
+    draw: function () {
         var map = this._map, size = map.getSize(), sharp = this.sharpness || window.devicePixelRatio || 1;
-        L.DomUtil.setPosition(this.canvas, map.containerPointToLayerPoint([0, 0]));
+        this.origin = map.containerPointToLayerPoint([0, 0]);
+        L.DomUtil.setPosition(this.canvas, this.origin);
         this.canvas.width = size.x * sharp;
         this.canvas.height = size.y * sharp;
         this.canvas.style.width = size.x + "px";
@@ -196,11 +218,14 @@ var Drawing = L.Layer.extend({
         pen.font = "bold 11px sans-serif";
         pen.textAlign = "center";
         pen.textBaseline = "middle";
-        this.scene.markers.forEach(function (marker) {
+        var visible = this.scene.markers.filter(function (marker) {
             var at = marker.point;
-            if (!at || at.x < -radius || at.y < -radius || at.x > size.x + radius || at.y > size.y + radius) {
-                return;
-            }
+            return at && at.x >= -radius && at.y >= -radius && at.x <= size.x + radius && at.y <= size.y + radius;
+        });
+        // Where thousands lie over each other, nobody reads a number.
+        var numbered = visible.length <= 1000;
+        visible.forEach(function (marker) {
+            var at = marker.point;
             if (marker.spot) {
                 pen.strokeStyle = "#5a6673";
                 pen.lineWidth = 1;
@@ -216,8 +241,10 @@ var Drawing = L.Layer.extend({
             pen.lineWidth = marker.shown ? 3 : 1.5;
             pen.strokeStyle = marker.shown ? "#111820" : "#ffffff";
             pen.stroke();
-            pen.fillStyle = "#ffffff";
-            pen.fillText(String(marker.grade), at.x, at.y + 0.5);
+            if (numbered || marker.shown) {
+                pen.fillStyle = "#ffffff";
+                pen.fillText(String(marker.grade), at.x, at.y + 0.5);
+            }
         });
         pen.textAlign = "start";
         pen.textBaseline = "alphabetic";

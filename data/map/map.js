@@ -16,6 +16,8 @@ var nPrintReady = 0;
         zoomAnimation: false, fadeAnimation: false, markerZoomAnimation: false, inertia: false,
         attributionControl: false, doubleClickZoom: false, minZoom: 2, maxZoom: DEEPEST, zoomControl: true, boxZoom: true
     }).setView([30, 110], 4);
+    // At once: what is half way drawn can't be clicked.
+    map.panBy = function (offset) { return L.Map.prototype.panBy.call(map, offset, { animate: false }); };
     var drawing = new Drawing(scene);
     var tiles = null, shown = -1, framed = false, later = 0, printing = null;
 
@@ -200,7 +202,7 @@ var nPrintReady = 0;
         var link = add(box, "span", "open-link no-print", details.texts.open || "");
         link.addEventListener("click", function () { nOpenEvent = shown; });
         // What has no position is told of where the operator looks.
-        L.popup({ maxWidth: 560, autoPanPadding: [20, 20], closeOnClick: false })
+        L.popup({ maxWidth: 560, autoPanPadding: [20, 20], closeOnClick: false, offset: [0, -4] })
             .setLatLng(has(x, y) ? at(x, y) : map.getCenter()).setContent(box).openOn(map);
     };
 
@@ -246,7 +248,7 @@ var nPrintReady = 0;
         drawing.sharpness = 3;
         var deeper = details.tiles.address ? Math.max(0, Math.min(2, details.tiles.deepest - map.getZoom())) : 0;
         setTiles(deeper);
-        drawing.redraw();
+        drawing.draw();
         var begin = Date.now();
         (function wait() {
             if (!tiles || tiles.done || Date.now() - begin > 8000) {
@@ -280,6 +282,6 @@ var nPrintReady = 0;
         return line && line.from && line.to ? [line.from.x * 0.8 + line.to.x * 0.2, line.from.y * 0.8 + line.to.y * 0.2] : null;
     };
     window.Counted = function () {
-        return [scene.markers.length, scene.lines.length, map.getZoom(), map.getCenter().lng, map.getCenter().lat];
+        return [scene.markers.length, scene.lines.length, map.getZoom(), map.getCenter().lng, map.getCenter().lat, shown];
     };
 })();

@@ -1,6 +1,7 @@
 #include "store/dialogs/CDlgProject.h"
 
 #include <QBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QShortcut>
@@ -134,13 +135,21 @@ QWidget* CDlgProject::MakeSectionPanel() {
 }
 
 void CDlgProject::MakeShortcuts() {
-    const std::pair<QKeySequence, int> keys[] = {{Qt::CTRL | Qt::Key_M, IdMap},
-                                                 {Qt::Key_Insert, IdNew},
-                                                 {Qt::Key_F2, IdEdit},
-                                                 {Qt::Key_Delete, IdDelete}};
+    const std::pair<Qt::Key, int> keys[] = {
+        {Qt::Key_Insert, IdNew}, {Qt::Key_F2, IdEdit}, {Qt::Key_Delete, IdDelete}};
     for (const auto& [key, id] : keys) {
         auto* button = Item<QPushButton>(id);
-        connect(new QShortcut(key, this), &QShortcut::activated, button, [button] { button->click(); });
+        connect(new QShortcut(QKeySequence(key), this), &QShortcut::activated, button,
+                [button] { button->click(); });
+    }
+}
+
+// The map's button is hidden.
+void CDlgProject::keyPressEvent(QKeyEvent* event) {
+    if (event->key() != Qt::Key_M || event->modifiers() != Qt::ControlModifier) {
+        CSizeDlg::keyPressEvent(event);
+    } else {
+        OnMap();
     }
 }
 

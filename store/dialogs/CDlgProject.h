@@ -33,6 +33,7 @@ protected:
     void OnInitDialog() override;
     void OnOK() override;
     void OnTimer(int id) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     QWidget* MakeSectionPanel();

@@ -55,7 +55,7 @@ protected:
     }
     void AddSome() {
         AddSection("一", {118.3215, 29.7183}, {118.3220, 29.7184});
-        AddRecord("PL", 3, {118.3216, 29.71832}, "第一行\r\n第二行");
+        AddRecord("PL", 3, {118.3216, 29.71832}, "第一行\r\n第二行", Folder.Path("ui/drovane.png"));
         AddRecord("CJ", 2, {118.3218, 29.71836});
         AddSection("二", {118.3220, 29.7184}, {118.3226, 29.7180});
         AddRecord("BX", 1, {118.3223, 29.7182});
@@ -125,6 +125,7 @@ TEST_F(MapWindow, MarkersAndRowsFollowEachOther) {
         EXPECT_EQ(List(map).SelectedRow(), 0);
         EXPECT_TRUE(BubbleText(map).contains("第一行\n第二行")) << BubbleText(map).toStdString();
         EXPECT_TRUE(Value(map, "document.getElementById('without').textContent.startsWith('2 ')").toBool());
+        EXPECT_TRUE(WaitForValue(map, "document.querySelector('.leaflet-popup-content img').naturalWidth > 0"));
         WaitFor(200);
         Photograph(map, "map");
 
