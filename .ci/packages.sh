@@ -5,7 +5,7 @@ packages=(
     g++ cmake ninja-build ccache pkg-config          # build
     libsqlcipher-dev libssl-dev libtinyxml-dev libtinyxml2-dev nlohmann-json3-dev
     libxlsxwriter-dev libzip-dev zlib1g-dev libexpat1-dev libfreexl-dev  # workbooks, documents
-    libshp-dev                                       # shapefiles
+    libshp-dev libserialport-dev                     # shapefiles, serial ports
     libcurl4-openssl-dev                             # the map picture of reports
     mdbtools-dev                                     # databases of the older engine
     libavformat-dev libavcodec-dev libswscale-dev libavutil-dev libjpeg-dev

@@ -42,6 +42,8 @@ constexpr Command Commands[] = {
     {"import-gps", "PROJECT FILE",
      "set the positions of the manholes from such a workbook, print how many sections have one",
      RunImportGps},
+    {"nmea", "FILE [--block N] [--offset HOURS] [--json]",
+     "print the fixes that the text of a satellite receiver tells, as JSON", RunNmea},
     {"export-shape", "PROJECT [--sections ID,ID] -o FILE.shp", "write the defects as a shapefile",
      RunExportShape},
     {"map", "PROJECT [--sections ID,ID] [--json]", "print what the map of the sections is told", RunMap},

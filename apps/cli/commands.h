@@ -30,6 +30,8 @@ int RunMakeStandard(const CommandContext& context);
 int RunSettings(const CommandContext& context);
 // commands_convert.cpp
 int RunConvert(const CommandContext& context);
+// commands_nmea.cpp
+int RunNmea(const CommandContext& context);
 // commands_project.cpp
 int RunImportXml(const CommandContext& context);
 int RunSections(const CommandContext& context);
