@@ -38,8 +38,9 @@ public:
     // Answers that were given are sent out first.
     virtual void Release() = 0;
 
-    // What comes in is told on the thread of the windows. The bytes of a record hold during the call only.
-    std::function<void(std::string_view record, LiveSender sender)> OnRecord;
+    // What comes in is told on the thread of the windows. The bytes of a record hold during the call only. Whether
+    // it was taken: only then is that acknowledged to the sender.
+    std::function<bool(std::string_view record, LiveSender sender)> OnRecord;
     std::function<void()> OnRaise;
 
     // `text` is in the code page. False if the sender has gone.

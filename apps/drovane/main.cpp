@@ -19,7 +19,7 @@
 #include "shell/programfolder.h"
 #include "shell/seams.h"
 #include "workbench/dialogs/CDlgProAtrrib.h"
-#include "workbench/dialogs/CDrovaneDlg.h"
+#include "live/dialogs/CDrovaneDlg.h"
 
 namespace {
 

@@ -31,8 +31,10 @@ Fields Split(std::string_view line) {
 }
 
 int HoursOf(std::chrono::seconds time) {
-    constexpr std::int64_t day = 24 * 3600;
-    return static_cast<int>(((time.count() % day) + day) % day / 3600);
+    using std::chrono::floor;
+    using std::chrono::hours;
+    const hours whole = floor<hours>(time);
+    return static_cast<int>((whole - floor<std::chrono::days>(whole)).count());
 }
 
 // What the clocks show, so half hours are left out, and around midnight it is off by a day.

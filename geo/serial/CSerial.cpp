@@ -78,18 +78,18 @@ int CSerial::Open(int port, int baud) {
     auto device = std::make_shared<Device>();
     device->Port.Take(open(name.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
     if (!device->Port.IsOpen()) {
-        Fail(MessageNoPort, name);
+        Fail(MessageNoPort, " " + name);
         m_lastError += ": " + FailureText(errno);
         return 0;
     }
     // The system's own lock doesn't hold against root, and programs that ask for neither are stopped by it
     // only.
     if (isatty(device->Port.Descriptor()) == 0) {
-        return Fail(MessageNoPort, name);
+        return Fail(MessageNoPort, " " + name);
     }
     if (flock(device->Port.Descriptor(), LOCK_EX | LOCK_NB) != 0 ||
         ioctl(device->Port.Descriptor(), TIOCEXCL) != 0) {
-        return Fail(MessageInUse, name);
+        return Fail(MessageInUse, " " + name);
     }
     device->Wake.Take(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
     if (!device->Wake.IsOpen()) {

@@ -217,13 +217,14 @@ void CLocalLiveChannel::OnBytes(LiveSender sender) {
 }
 
 void CLocalLiveChannel::Handle(LiveSender sender, std::uint32_t kind, const QByteArray& content) {
-    if (kind == KindRecord && !OnRecord) {
-        (void)Send(sender, KindNotTaken, {});  // whoever sent it must know that nobody has it
+    if (kind == KindRecord) {
+        const bool taken =
+            OnRecord && OnRecord({content.constData(), static_cast<std::size_t>(content.size())}, sender);
+        // Whoever sent it must know if nobody has it.
+        (void)Send(sender, taken ? KindTaken : KindNotTaken, {});
         return;
     }
-    if (kind == KindRecord) {
-        OnRecord({content.constData(), static_cast<std::size_t>(content.size())}, sender);
-    } else if (kind == KindRaise && OnRaise) {
+    if (kind == KindRaise && OnRaise) {
         OnRaise();
     }
     (void)Send(sender, KindTaken, {});

@@ -3,12 +3,12 @@
 
 #include <QProcess>
 
+#include "live/dialogs/CDrovaneDlg.h"
 #include "shell/dialogs/CLocalLiveChannel.h"
 #include "shell/dialogs/bringtofront.h"
 #include "tests/app/CAcquisition.h"
 #include "tests/app/CRuntimeFolder.h"
 #include "tests/support/windows.h"
-#include "workbench/dialogs/CDrovaneDlg.h"
 
 namespace {
 

@@ -21,6 +21,7 @@ protected:
         ASSERT_EQ(m_channel.Claim(), Claimed::Yes) << m_channel.Problem();
         m_channel.OnRecord = [this](std::string_view record, LiveSender sender) {
             m_records.emplace_back(std::string(record), sender);
+            return true;
         };
     }
     static std::string Record(unsigned char seed) {
@@ -132,6 +133,7 @@ TEST_F(LiveChannel, JunkEndsItsOwnConnectionOnly) {
     m_channel.OnRecord = [&](std::string_view, LiveSender) {
         ++handled;
         m_channel.Release();
+        return true;
     };
     ASSERT_TRUE(program.Send(CAcquisition::Frame(1, Record(8)) + CAcquisition::Frame(1, Record(9))));
     EXPECT_TRUE(IsDropped(program));
