@@ -50,8 +50,9 @@ TEST_F(Instances, TheSecondLiveOneEndsAndACrashedOneIsReplaced) {
     ASSERT_TRUE(ComesToLife()) << first.readAllStandardError().toStdString();
     CAcquisition program(m_runtime.Socket());
     ASSERT_TRUE(program.Send(CAcquisition::Frame(1, std::string(1256, 'x'))));
-    EXPECT_TRUE(WaitFor([&] { return program.Receive() && program.Received == CAcquisition::Frame(5, ""); }))
-        << "nobody takes records yet";
+    EXPECT_TRUE(WaitFor([&] { return program.Receive() && program.Received == CAcquisition::Frame(3, ""); }));
+    EXPECT_NE(m_folder.ReadFile("drives/d/Works/live-records.txt"), "")
+        << "what is acknowledged is on the disk";
 
     EXPECT_FALSE(fs::exists(m_folder.Host("config.ini")));
     QProcess second;
