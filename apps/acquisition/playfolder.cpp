@@ -57,6 +57,7 @@ public:
         }
         for (int i = 0; i < std::max(1, m_options.Senders); ++i) {
             m_senders.push_back(std::make_unique<Sender>());
+            m_senders.back()->Number = i + 1;
         }
     }
 
@@ -73,9 +74,6 @@ public:
             }
             next += std::chrono::milliseconds(Interval());
             Listen([&] { return Clock::now() >= next; }, next);
-            if (!AnyOpen()) {
-                break;
-            }
         }
         Listen([&] { return m_answered + m_refused >= m_sent - m_cut; }, Clock::time_point::max());
         return m_refused == 0 ? 0 : 1;
@@ -83,6 +81,7 @@ public:
 
 private:
     struct Sender {
+        int Number = 0;  // from 1
         CChannelClient Client;
         std::deque<int> Unacknowledged;
     };
@@ -112,9 +111,18 @@ private:
     void SendOne() {
         const int number = m_sent++;
         Sender& sender = *m_senders[static_cast<std::size_t>(number) % m_senders.size()];
-        if (!sender.Client.IsOpen() && !sender.Client.Connect()) {
-            ++m_refused;
-            return;
+        sender.Client.Receive();
+        while (const std::optional<LiveFrame> frame = sender.Client.Next()) {
+            Take(sender, *frame);
+        }
+        if (!sender.Client.IsOpen()) {
+            // What wasn't acknowledged there never will be.
+            m_refused += static_cast<int>(sender.Unacknowledged.size());
+            sender.Unacknowledged.clear();
+            if (!sender.Client.Connect()) {
+                ++m_refused;
+                return;
+            }
         }
         const LiveRecord record = RecordAt(number);
         std::string block = MakeLiveBlock(record);
@@ -141,7 +149,8 @@ private:
 
     template <class Condition>
     void Listen(Condition done, Clock::time_point until) {
-        while (!done() && AnyOpen()) {
+        // A connection that the program ended is opened anew with the next record.
+        while (!done() && (AnyOpen() || until != Clock::time_point::max())) {
             std::vector<pollfd> waiting;
             for (const auto& sender : m_senders) {
                 waiting.push_back({sender->Client.Descriptor(), POLLIN, 0});
@@ -152,20 +161,19 @@ private:
                                  ? 1000
                                  : static_cast<int>(std::clamp<std::int64_t>(left + 1, 0, 1000));
             (void)poll(waiting.data(), waiting.size(), most);
-            for (std::size_t i = 0; i < m_senders.size(); ++i) {
-                m_senders[i]->Client.Receive();
-                while (const std::optional<LiveFrame> frame = m_senders[i]->Client.Next()) {
-                    Take(static_cast<int>(i), *frame);
+            for (const auto& sender : m_senders) {
+                sender->Client.Receive();
+                while (const std::optional<LiveFrame> frame = sender->Client.Next()) {
+                    Take(*sender, *frame);
                 }
             }
         }
     }
 
-    void Take(int number, const LiveFrame& frame) {
-        Sender& sender = *m_senders[static_cast<std::size_t>(number)];
+    void Take(Sender& sender, const LiveFrame& frame) {
         if (frame.Kind == LiveFrame::Answer) {
             ++m_answered;
-            Tell({{"event", "answer"}, {"sender", number + 1}, {"text", Utf8FromGbk(frame.Content)}});
+            Tell({{"event", "answer"}, {"sender", sender.Number}, {"text", Utf8FromGbk(frame.Content)}});
         } else if (!sender.Unacknowledged.empty()) {
             const int record = sender.Unacknowledged.front();
             sender.Unacknowledged.pop_front();

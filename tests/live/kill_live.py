@@ -139,6 +139,25 @@ def kill_round(bench, generator, number):
     return wrong
 
 
+def misbehave(bench):
+    """Senders that do what they shouldn't. Returns what is wrong, or nothing."""
+    wrong = []
+    robot = bench.robot()
+    for words, taken in ((["--records", "6", "--interval", "200", "--short", "3", "--full-texts"], 5),
+                         (["--records", "6", "--interval", "5", "--die-after", "4"], None),
+                         (["--records", "12", "--burst", "12", "--interval", "0", "--senders", "3"], 12)):
+        bench.acknowledged = set()
+        bench.hear(bench.play(*words), 0)
+        if taken is not None and len(bench.acknowledged) != taken:
+            wrong.append(f"{words}: {len(bench.acknowledged)} taken instead of {taken}")
+        if robot.poll() is not None:
+            return [f"{words}: the window is gone"]
+    robot.kill()
+    robot.wait()
+    bench.drain()
+    return wrong + ([f"{bench.waiting()} still wait"] if bench.waiting() else [])
+
+
 def main():
     parser = argparse.ArgumentParser()
     for tool in ("cli", "acquire", "robot", "program"):
@@ -163,6 +182,9 @@ def main():
               f"{bench.answered} answered, {bench.waiting()} waiting", flush=True)
         broken = (len(rows) != arguments.records or len(set(rows)) != len(rows) or bench.waiting() != 0 or
                   len(bench.acknowledged) != arguments.records)
+        for line in (wrong := misbehave(bench)):
+            print("BROKEN:", line, flush=True)
+        broken = broken or bool(wrong)
         generator = random.Random(20260314)
         for number in range(arguments.kills):
             # The same pictures and times come again: each round counts what it added.
