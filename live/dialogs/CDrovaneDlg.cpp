@@ -47,10 +47,12 @@ constexpr int IdCriterion = 1046;
 constexpr int IdGps = 1057;
 constexpr int IdNext = 5030;
 constexpr int IdAbout = 5031;
+constexpr int IdHint = 5032;
 
 constexpr int MessageOrder = 2417;
 constexpr int MessageNext = 3445;
 constexpr int MessageNotListed = 3446;
+constexpr int MessageNothing = 3449;
 
 constexpr int Decimals = 12;
 constexpr int CanvasWidth = 480;  // pixels
@@ -157,6 +159,9 @@ QWidget* CDrovaneDlg::MakeButtons() {
         row->addWidget(made);
         return made;
     };
+    auto* hint = AddControl(IdHint, new QLabel(MessageText(MessageNothing), panel));
+    hint->setWordWrap(true);
+    column->addWidget(hint);
     m_next = button(column, IdNext, "");
     m_next->hide();
     auto* row = new QHBoxLayout;
@@ -207,6 +212,7 @@ void CDrovaneDlg::OnInitDialog() {
 void CDrovaneDlg::UpdateControls() {
     const bool open = m_session.IsOpen();
     const bool picture = m_canvas->HasPicture();
+    GetDlgItem(IdHint)->setVisible(!m_session.HasRecord());
     GetDlgItem(IdOk)->setVisible(open);
     GetDlgItem(IdChoose)->setVisible(!open);
     EnableControl(IdOk, picture);
@@ -297,8 +303,12 @@ void CDrovaneDlg::ChooseProject() {
             return true;
         });
     if (opened) {
-        Item<QLineEdit>(IdProject)->setText(ToQt(m_session.Project().ProjectName));
-        Item<QLineEdit>(IdCriterion)->setText(ToQt(m_session.Project().CriterionName));
+        for (const auto& [id, text] : {std::pair(IdProject, m_session.Project().ProjectName),
+                                       std::pair(IdCriterion, m_session.Project().CriterionName)}) {
+            Item<QLineEdit>(id)->setText(ToQt(text));
+            Item<QLineEdit>(id)->setToolTip(ToQt(text));
+            Item<QLineEdit>(id)->setCursorPosition(0);
+        }
         m_names->clear();
         for (const std::string& name : m_session.Database().DefectLabels) {
             m_names->addItem(ToQt(name));
