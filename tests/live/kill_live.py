@@ -143,7 +143,8 @@ def misbehave(bench):
     """Senders that do what they shouldn't. Returns what is wrong, or nothing."""
     wrong = []
     robot = bench.robot()
-    for words, taken in ((["--records", "6", "--interval", "200", "--short", "3", "--full-texts"], 5),
+    for words, taken in ((["--records", "1", "--interval", "0"], 1),  # opens the project, which takes its time
+                         (["--records", "6", "--interval", "200", "--short", "3", "--full-texts"], 5),
                          (["--records", "6", "--interval", "5", "--die-after", "4"], None),
                          (["--records", "12", "--burst", "12", "--interval", "0", "--senders", "3"], 12)):
         bench.acknowledged = set()
