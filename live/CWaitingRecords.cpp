@@ -1,6 +1,7 @@
 #include "live/CWaitingRecords.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -62,8 +63,22 @@ std::string StoringLine(const WaitingRecord& record) {
 }  // namespace
 
 CWaitingRecords::CWaitingRecords(std::string path) : m_path(std::move(path)) {
-    Read();
-    (void)Compact();
+    if (Lock()) {
+        Read();
+        (void)Compact();
+    }
+}
+
+// Beside the list, which is replaced when it is rewritten.
+bool CWaitingRecords::Lock() {
+    (void)HostFiles().MakeFolder(GetParentFolder(m_path));
+    auto lock = std::make_unique<CUnixFile>(
+        open((HostFiles().HostPath(m_path) + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+    if (!lock->IsOpen() || flock(lock->Descriptor(), LOCK_EX | LOCK_NB) != 0) {
+        return false;
+    }
+    m_lock = std::move(lock);
+    return true;
 }
 
 CWaitingRecords::~CWaitingRecords() = default;
@@ -123,6 +138,9 @@ bool CWaitingRecords::Compact() {
 }
 
 bool CWaitingRecords::Append(const std::string& line) {
+    if (!m_lock) {
+        return false;
+    }
     const CUnixFile file(HostFiles().HostPath(m_path), O_WRONLY | O_CREAT | O_CLOEXEC);
     struct stat state {};
     if (!file.IsOpen() || !file.State(state) || !S_ISREG(state.st_mode) ||

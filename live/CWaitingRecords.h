@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -25,7 +26,7 @@ struct WaitingRecord {
 class CWaitingRecords {
 public:
     // Reads what a former run left at the path text. A file that can't be read is put aside under a further
-    // name.
+    // name. While another program has the list, this one has no records and takes none.
     explicit CWaitingRecords(std::string path);
     ~CWaitingRecords();
     CWaitingRecords(const CWaitingRecords&) = delete;
@@ -43,12 +44,14 @@ public:
     const std::string& Path() const { return m_path; }
 
 private:
+    bool Lock();
     void Read();
     bool Append(const std::string& line);
     // Without what is done with.
     bool Compact();
 
     std::string m_path;
+    std::unique_ptr<CUnixFile> m_lock;  // null while another program has the list
     std::vector<WaitingRecord> m_records;
     std::int64_t m_lastId = 0;
     int m_lines = 0;  // in the file
