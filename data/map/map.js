@@ -202,7 +202,10 @@ var nPrintReady = 0;
         var link = add(box, "span", "open-link no-print", details.texts.open || "");
         link.addEventListener("click", function () { nOpenEvent = shown; });
         // What has no position is told of where the operator looks.
-        L.popup({ maxWidth: 560, autoPanPaddingTopLeft: [64, 20], autoPanPaddingBottomRight: [20, 20], closeOnClick: false, offset: [0, -4] })
+        L.popup({
+            maxWidth: 560, autoPanPaddingTopLeft: [64, 20], autoPanPaddingBottomRight: [20, 20], closeOnClick: false,
+            offset: [0, -4]
+        })
             .setLatLng(has(x, y) ? at(x, y) : map.getCenter()).setContent(box).openOn(map);
     };
 
