@@ -114,6 +114,7 @@ var Drawing = L.Layer.extend({
         });
         this.scene.markers.forEach(function (marker) {
             marker.point = marker.latlng && map.latLngToContainerPoint(marker.latlng);
+            marker.spot = null;
             if (marker.point) {
                 var key = Math.round(marker.point.x / 3) + "," + Math.round(marker.point.y / 3);
                 if (!spots.has(key)) {

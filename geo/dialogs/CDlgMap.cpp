@@ -48,6 +48,7 @@ constexpr int FirstPoll = 2000;
 constexpr int EachPoll = 50;
 
 constexpr int ListWidth = 330;  // pixels
+constexpr int WidestList = 430;
 constexpr int MapWidth = 760;
 constexpr int MapHeight = 560;
 
@@ -132,6 +133,7 @@ void CDlgMap::OnInitDialog() {
         EndDialog(IdCancel);
         return;
     }
+    m_list->setFixedWidth(std::clamp(m_list->FullWidth(), ListWidth, WidestList));
     for (const _REC_DATA& record : m_content.Records) {
         if (!record.GetPicture1().empty()) {
             m_pictures.insert(record.GetPicture1());
