@@ -1,7 +1,5 @@
 #include "lists/CDefectList.h"
 
-#include <unordered_set>
-
 #include "lists/listtexts.h"
 #include "shell/dialogs/qttext.h"
 #include "store/CDbRec.h"
@@ -28,28 +26,12 @@ bool CDefectList::Fill(CDbRec& database, std::int32_t sectionId) {
     if (!database.ReadRecords(sectionId, records, false)) {
         return false;
     }
-    Take(database, std::move(records));
+    Show(database, std::move(records));
     return true;
 }
 
-bool CDefectList::Fill(CDbRec& database, std::int32_t sectionId, const CArrID& chosen) {
+void CDefectList::Show(const CDbRec& database, CRecDataArray records) {
     Clear();
-    CRecDataArray records;
-    if (!database.ReadRecords(sectionId, records, false)) {
-        return false;
-    }
-    const std::unordered_set<std::uint32_t> ids(chosen.begin(), chosen.end());
-    CRecDataArray kept;
-    for (_REC_DATA& record : records) {
-        if (record.TestingID >= 0 && ids.contains(static_cast<std::uint32_t>(record.TestingID))) {
-            kept.Add(std::move(record));
-        }
-    }
-    Take(database, std::move(kept));
-    return true;
-}
-
-void CDefectList::Take(CDbRec& database, CRecDataArray records) {
     m_records = std::move(records);
     std::vector<std::int32_t> ids;
     for (const _REC_DATA& record : m_records) {

@@ -13,8 +13,8 @@ public:
     void CreateColumns(bool fullForm, bool checkBoxes);
     // Below 0: the records of the whole project. False, with no rows, if they can't be read.
     bool Fill(CDbRec& database, std::int32_t sectionId);
-    // Without the records that are in none of these sections.
-    bool Fill(CDbRec& database, std::int32_t sectionId, const CArrID& chosen);
+    // Records that somebody else has read from the database.
+    void Show(const CDbRec& database, CRecDataArray records);
     // With no section selected there are no records.
     void Clear();
     const _REC_DATA* RecordAt(int row) const;  // null if there is none
@@ -26,8 +26,6 @@ protected:
     std::string MakeText(int row, int column) const override;
 
 private:
-    void Take(CDbRec& database, CRecDataArray records);
-
     bool m_fullForm = true;
     CRecDataArray m_records;
     std::vector<std::string> m_names;  // of the defects, parallel to the records

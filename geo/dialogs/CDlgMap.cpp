@@ -121,8 +121,11 @@ bool CDlgMap::ChooseSections() {
         return false;
     }
     const CWaitCursor wait;
-    return m_list->Fill(m_database, m_section, chooser.ChosenSections) &&
-           ReadMapContent(m_database, m_section, chooser.ChosenSections, m_content);
+    if (!ReadMapContent(m_database, m_section, chooser.ChosenSections, m_content)) {
+        return false;
+    }
+    m_list->Show(m_database, m_content.Records);
+    return true;
 }
 
 void CDlgMap::OnInitDialog() {

@@ -78,15 +78,13 @@ int CSerial::Open(int port, int baud) {
     auto device = std::make_shared<Device>();
     device->Port.Take(open(name.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
     if (!device->Port.IsOpen()) {
-        Fail(MessageNoPort, " " + name);
-        m_lastError += ": " + FailureText(errno);
-        return 0;
+        const int reason = errno;
+        return Fail(MessageNoPort, " " + name + ": " + FailureText(reason));
     }
-    // The system's own lock doesn't hold against root, and programs that ask for neither are stopped by it
-    // only.
     if (isatty(device->Port.Descriptor()) == 0) {
         return Fail(MessageNoPort, " " + name);
     }
+    // The second keeps out programs that ask for no lock, but not those of root.
     if (flock(device->Port.Descriptor(), LOCK_EX | LOCK_NB) != 0 ||
         ioctl(device->Port.Descriptor(), TIOCEXCL) != 0) {
         return Fail(MessageInUse, " " + name);

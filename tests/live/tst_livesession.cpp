@@ -121,12 +121,23 @@ TEST_F(LiveSession, FromRecordToRowToAnswer) {
     ASSERT_EQ(rows.GetSize(), 1);
     EXPECT_EQ(rows[0].TestingID, sections[0].ID);
     EXPECT_EQ(rows[0].GetPicture1(), "\\job\\1.jpg");
+    // Neither is a row that a full disk has no room for; it can be tried again.
+    ASSERT_TRUE(Take(session, 4));
+    Folder.Prompts.Expect(2014);
+    {
+        const CFullDisk full(1000);
+        EXPECT_FALSE(session.Store(Row(session), "x"));
+    }
+    EXPECT_EQ(Channel.Answers.size(), 1U);
+    EXPECT_EQ(session.Record().PictureTime, 4);
+    ASSERT_TRUE(session.Store(Row(session), "x"));
+    EXPECT_EQ(Channel.Answers.size(), 2U);
     // "Nothing wrong" doesn't go beside a defect: not stored, not answered, still in hand.
     ASSERT_TRUE(Take(session, 2));
     Folder.Prompts.Expect(2800);
     EXPECT_FALSE(session.Store(Row(session, "GDZC"), "x"));
     EXPECT_TRUE(session.HasRecord());
-    EXPECT_EQ(Channel.Answers.size(), 1U);
+    EXPECT_EQ(Channel.Answers.size(), 2U);
     session.Close();
 
     // The same manholes with another video are another section.
