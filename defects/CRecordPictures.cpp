@@ -70,7 +70,7 @@ void DeletePictureFiles(std::string_view path) {
     }
 }
 
-const std::string& CRecordPictures::Made(std::string path) {
+const std::string& CRecordPictures::Make(std::string path) {
     return m_made.emplace_back(std::move(path));
 }
 
@@ -85,7 +85,7 @@ bool CRecordPictures::AddFrame(std::string_view video, double seconds, double ti
     if (path.empty()) {
         return false;
     }
-    if (!there || !GrabFrame(video, seconds, Made(path))) {
+    if (!there || !GrabFrame(video, seconds, Make(path))) {
         ShowMessage(failure, std::string("\r\n").append(video));
     } else if (twin == Twin::AtOnce) {
         BackupOriginal(path);
@@ -118,7 +118,7 @@ bool CRecordPictures::AddFile(double firstTime) {
         // the copy: it may be the file chosen.
         (void)HostFiles().DeleteFile(MakeOriginalPath(path));
     }
-    BackupOriginal(Made(path));
+    BackupOriginal(Make(path));
     AddPicture(m_record, path, first ? firstTime : m_record.GetPicTime1());
     return true;
 }
@@ -141,8 +141,15 @@ bool CRecordPictures::AddManholeFile(std::string_view folder) {
         ShowMessage(2702, "\r\n" + FailureText(HostFiles().LastError()));
         return false;
     }
+    m_copies.push_back(path);
     AddPicture(m_record, path, 0.0);
     return true;
+}
+
+std::vector<std::string> CRecordPictures::Made() const {
+    std::vector<std::string> made = m_made;
+    made.insert(made.end(), m_copies.begin(), m_copies.end());
+    return made;
 }
 
 void CRecordPictures::RemoveManholeFile(int index) {

@@ -37,13 +37,16 @@ public:
     // A new record was cancelled or could not be stored: what AddFrame and AddFile made goes, with its twins.
     // Files that were there before stay.
     void TakeBack();
+    // The files that AddFrame, AddFile and AddManholeFile made, whether or not they are still there.
+    std::vector<std::string> Made() const;
 
 private:
-    const std::string& Made(std::string path);
+    const std::string& Make(std::string path);
     bool Names(std::string_view path) const;
 
     _REC_DATA& m_record;
     std::vector<std::string> m_made;
+    std::vector<std::string> m_copies;  // of AddManholeFile, which a cancelled form leaves where they are
 };
 
 // Where the second picture lies if it comes from a file: beside the first, "a_Ex.jpg" for "a.jpg".

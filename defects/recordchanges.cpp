@@ -1,11 +1,13 @@
 #include "defects/recordchanges.h"
 
 #include "defects/CRecordPictures.h"
+#include "defects/picturesteps.h"
 #include "shell/CHostFiles.h"
 #include "shell/CPrompts.h"
 #include "shell/language.h"
 #include "shell/seams.h"
 #include "store/CDbRec.h"
+#include "store/stepnames.h"
 
 namespace {
 
@@ -24,7 +26,13 @@ bool AskForSecondPicture(std::string_view defectName) {
 }  // namespace
 
 bool DeleteDefect(CDbRec& database, const _REC_DATA& record) {
+    const CDbStep step(database, StepDeleteRecord);
+    // The originals stay, so there is nothing to keep of them.
+    if (!KeepForUndo(database, {record.GetPicture1(), record.GetPicture2()}, KeptTwins::No)) {
+        return false;
+    }
     if (!database.DeleteRecord(record.ID)) {
+        DropKept(database);
         return false;
     }
     DeletePicture(record.GetPicture1());
@@ -34,6 +42,7 @@ bool DeleteDefect(CDbRec& database, const _REC_DATA& record) {
 
 bool AddSecondPicture(CDbRec& database, _REC_DATA record, std::string_view defectName, std::string_view video,
                       double seconds) {
+    const CDbStep step(database, StepAddPicture);
     if (record.Pictures.GetSize() >= MostPictures) {
         ShowMessage(2199);
         return false;
@@ -45,8 +54,10 @@ bool AddSecondPicture(CDbRec& database, _REC_DATA record, std::string_view defec
     if (!pictures.AddFrame(video, seconds, seconds, 2201, CRecordPictures::Twin::AtOnce)) {
         return false;
     }
+    NoteMadeForUndo(database, pictures.Made());
     const bool stored = database.UpdateRecord(record);
     if (!stored) {
+        DropKept(database);
         pictures.TakeBack();
     }
     return stored;

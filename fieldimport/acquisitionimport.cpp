@@ -17,6 +17,7 @@
 #include "shell/seams.h"
 #include "store/CDbError.h"
 #include "store/CDbRec.h"
+#include "store/stepnames.h"
 #include "store/recordpictures.h"
 #include "store/sonar.h"
 
@@ -185,6 +186,7 @@ bool IsSonarDescription(std::string_view path) {
 }  // namespace
 
 bool ImportAcquisition(CDbRec& database, std::string_view path, const CLineSink& sink, ImportNotes* notes) {
+    const CDbStep step(database, StepImportField);
     if (!database.IsOpen()) {
         return Refuse(2185);
     }

@@ -10,6 +10,7 @@
 #include "shell/seams.h"
 #include "store/CDbError.h"
 #include "store/CDbRec.h"
+#include "store/stepnames.h"
 
 namespace {
 
@@ -49,6 +50,7 @@ bool TakePositions(const Positions& positions, _TESTING_DATA& section) {
 }  // namespace
 
 bool ImportGpsSheet(CDbRec& database, std::string_view path, GpsImport& result) {
+    const CDbStep step(database, StepImportPositions);
     result = {};
     if (!database.IsOpen()) {
         ShowMessage(2185);

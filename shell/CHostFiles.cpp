@@ -279,10 +279,55 @@ bool CHostFiles::DeleteFile(std::string_view path) {
     return done;
 }
 
-bool CHostFiles::MoveFile(std::string_view from, std::string_view to) {
-    const bool done = Done(CTemporaryTwin::Rename(HostPath(from), HostPath(to), Existing::Keep));
+bool CHostFiles::MoveFile(std::string_view from, std::string_view to, Existing existing) {
+    const bool done = Done(CTemporaryTwin::Rename(HostPath(from), HostPath(to), existing));
     m_folders.Forget();
     return done;
+}
+
+bool CHostFiles::LinkFile(std::string_view from, std::string_view to) {
+    const std::string source = HostPath(from);
+    const std::string target = HostPath(to);
+    struct stat state {};
+    // A second name for a link would be one for whatever the link leads to later.
+    if (lstat(source.c_str(), &state) != 0 || !S_ISREG(state.st_mode) ||
+        link(source.c_str(), target.c_str()) != 0) {
+        return CopyFile(from, to, Existing::Keep);
+    }
+    for (const std::string& written : {source, ParentOf(target)}) {
+        const CUnixFile file(written, O_RDONLY | O_NONBLOCK);
+        if (file.IsOpen()) {
+            fsync(file.Descriptor());
+        }
+    }
+    m_folders.Forget();
+    return true;
+}
+
+bool CHostFiles::HaveSameContent(std::string_view a, std::string_view b) const {
+    constexpr std::size_t slice = 1 << 16;
+    const CUnixFile first(HostPath(a), O_RDONLY | O_NONBLOCK);
+    const CUnixFile second(HostPath(b), O_RDONLY | O_NONBLOCK);
+    struct stat stateA {};
+    struct stat stateB {};
+    if (!first.IsOpen() || !second.IsOpen() || !first.State(stateA) || !second.State(stateB) ||
+        !S_ISREG(stateA.st_mode) || !S_ISREG(stateB.st_mode) || stateA.st_size != stateB.st_size) {
+        return false;
+    }
+    if (stateA.st_ino == stateB.st_ino && stateA.st_dev == stateB.st_dev) {
+        return true;
+    }
+    std::string bytesA(slice, '\0');
+    std::string bytesB(slice, '\0');
+    for (auto left = static_cast<std::size_t>(stateA.st_size); left > 0;) {
+        const std::size_t size = std::min(left, slice);
+        if (!first.ReadAll(bytesA.data(), size) || !second.ReadAll(bytesB.data(), size) ||
+            bytesA.compare(0, size, bytesB, 0, size) != 0) {
+            return false;
+        }
+        left -= size;
+    }
+    return true;
 }
 
 bool CHostFiles::MakeFolder(std::string_view path) {

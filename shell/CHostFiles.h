@@ -79,8 +79,13 @@ public:
     // Copies that follow their sources.
     CFileMirror& Mirror() { return *m_mirror; }
     bool DeleteFile(std::string_view path);
-    // Within one file system; what has the name already stays, and makes it fail.
-    bool MoveFile(std::string_view from, std::string_view to);
+    // Within one file system; with Keep what has the name already stays, and makes it fail.
+    bool MoveFile(std::string_view from, std::string_view to, Existing existing = Existing::Keep);
+    // A second name for the content of a file, which stays when the first name is deleted or its file is
+    // replaced. Where the file system has none, a copy. Both are flushed; what has the name makes it fail.
+    bool LinkFile(std::string_view from, std::string_view to);
+    // Whether both names lead to the same bytes. Also if one file has both names.
+    bool HaveSameContent(std::string_view a, std::string_view b) const;
     bool MakeFolder(std::string_view path);    // with its parents; true if it is there afterwards
     bool RemoveFolder(std::string_view path);  // with all that is in it
     bool RemoveEmptyFolder(std::string_view path);

@@ -3,6 +3,7 @@
 #include <openssl/evp.h>
 #include <sqlcipher/sqlite3.h>
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <map>
@@ -10,6 +11,7 @@
 #include "shell/CClock.h"
 #include "shell/CHostFiles.h"
 #include "shell/CPrompts.h"
+#include "shell/paths.h"
 #include "shell/seams.h"
 #include "shell/textcodec.h"
 #include "store/CDbError.h"
@@ -41,6 +43,42 @@ bool StartsWithSelect(std::string_view statement) {
     constexpr std::string_view word = "select";
     return EqualNoCase(statement.substr(0, word.size()), word);
 }
+
+bool ChangesRows(std::string_view statement) {
+    constexpr std::array<std::string_view, 3> words{"insert", "update", "delete"};
+    return std::any_of(words.begin(), words.end(), [&](std::string_view word) {
+        return EqualNoCase(statement.substr(0, word.size()), word);
+    });
+}
+
+template <class Function>
+const Function& FunctionOf(sqlite3_context* context) {
+    return *static_cast<const Function*>(sqlite3_user_data(context));
+}
+
+void CallNumber(sqlite3_context* context, int, sqlite3_value**) {
+    sqlite3_result_int64(context, FunctionOf<std::function<std::int64_t()>>(context)());
+}
+
+void CallText(sqlite3_context* context, int, sqlite3_value**) {
+    const std::string text = FunctionOf<std::function<std::string()>>(context)();
+    sqlite3_result_text64(context, text.data(), text.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
+}
+
+template <class Function>
+void AddFunction(sqlite3* connection, const char* name, Function function,
+                 void (*call)(sqlite3_context*, int, sqlite3_value**)) {
+    const auto destroy = [](void* known) { delete static_cast<Function*>(known); };
+    // Destroys it also if it fails.
+    if (sqlite3_create_function_v2(connection, name, 0, SQLITE_UTF8, new Function(std::move(function)), call,
+                                   nullptr, nullptr, destroy) != SQLITE_OK) {
+        throw EngineError(connection);
+    }
+}
+
+using Backup = std::unique_ptr<sqlite3_backup, int (*)(sqlite3_backup*)>;
+
+constexpr int BackupSlice = 512;  // pages
 
 }  // namespace
 
@@ -75,6 +113,12 @@ void CDbBase::Close() {
 }
 
 void CDbBase::Disconnect() {
+    if (m_watch != nullptr) {
+        if (m_batchDepth == 0) {
+            m_watch->Closing();
+        }
+        m_watch.reset();
+    }
     if (m_connection != nullptr) {
         if (m_batchDepth > 0 && !IsBatchLost()) {
             sqlite3_exec(m_connection, "COMMIT", nullptr, nullptr, nullptr);
@@ -97,7 +141,8 @@ bool CDbBase::FileGone() const {
     return IsOpen() && !m_hostPath.empty() && !m_openFile.IsAt(m_hostPath);
 }
 
-void CDbBase::SaveCopy(std::string_view path, CTemporaryTwin::Existing existing) {
+void CDbBase::SaveCopy(std::string_view path, CTemporaryTwin::Existing existing,
+                       const std::function<void(std::int64_t, std::int64_t)>& progress) {
     if (!IsOpen()) {
         throw CDbError("no database is open");
     }
@@ -109,14 +154,43 @@ void CDbBase::SaveCopy(std::string_view path, CTemporaryTwin::Existing existing)
     {
         CDbBase copy;
         copy.Create(file.Name(), CDbPassword);
-        sqlite3_backup* const backup = sqlite3_backup_init(copy.m_connection, "main", m_connection, "main");
-        const int result = backup == nullptr ? SQLITE_ERROR : sqlite3_backup_step(backup, -1);
-        if (sqlite3_backup_finish(backup) != SQLITE_OK || result != SQLITE_DONE) {
+        Backup backup(sqlite3_backup_init(copy.m_connection, "main", m_connection, "main"),
+                      sqlite3_backup_finish);
+        int result = backup == nullptr ? SQLITE_ERROR : SQLITE_OK;
+        while (result == SQLITE_OK) {
+            result = sqlite3_backup_step(backup.get(), progress ? BackupSlice : -1);
+            if (progress) {
+                const int pages = sqlite3_backup_pagecount(backup.get());
+                progress(pages - sqlite3_backup_remaining(backup.get()), pages);
+            }
+        }
+        if (sqlite3_backup_finish(backup.release()) != SQLITE_OK || result != SQLITE_DONE) {
             throw EngineError(copy.m_connection);
         }
+        copy.DropOwnTables();
     }
     file.Flush(DefaultMode());
     file.TakePlace(existing);
+}
+
+// Nothing of them is left in the bytes of the file.
+void CDbBase::DropOwnTables() {
+    std::vector<std::string> names;
+    for (CDbCursor rows = ExecuteAsIs(std::string("SELECT name FROM sqlite_master WHERE type = 'table' AND "
+                                                  "substr(name, 1, 4) = '") +
+                                      OwnTablePrefix + "'");
+         !rows.IsEof(); rows.MoveNext()) {
+        names.push_back(rows.GetText("name"));
+    }
+    if (names.empty()) {
+        return;
+    }
+    Run("PRAGMA secure_delete = ON");
+    CDbBatch batch(*this);
+    for (const std::string& name : names) {
+        Run("DROP TABLE \"" + name + '"');
+    }
+    batch.Commit();
 }
 
 bool CDbBase::Open(std::string_view path, std::string_view password, Access access) {
@@ -133,7 +207,8 @@ bool CDbBase::Open(std::string_view path, std::string_view password, Access acce
         }
         // What a crash left half done can only be taken back by who may write.
         const bool shared =
-            access == Access::Shared && !std::filesystem::exists(hostPath + "-journal", error);
+            (access == Access::Shared || EqualNoCase(GetFileExtension(path), ReadOnlyExtension)) &&
+            !std::filesystem::exists(hostPath + "-journal", error);
         Connect(hostPath, password, shared ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE);
         m_path = path;
         m_hostPath = hostPath;
@@ -200,17 +275,81 @@ void CDbBase::Run(const std::string& statement) const {
     }
 }
 
-CDbCursor CDbBase::Execute(std::string_view statement) {
+CDbBase::COther::COther(CDbBase& database, std::string_view path) : m_database(database) {
+    const std::string hostPath = HostFiles().HostPath(path);
+    if (!m_openFile.Claim(hostPath)) {
+        throw CDbError("no such file, or open already");
+    }
+    std::string quoted;
+    for (const char c : hostPath) {
+        quoted += c == '\'' ? "''" : std::string(1, c);
+    }
+    m_database.Run("PRAGMA cipher_default_page_size = " + std::to_string(PageSize));
+    m_database.Run("ATTACH DATABASE '" + quoted + "' AS other KEY \"x'" + DatabaseKey(CDbPassword) + "'\"");
+    try {
+        m_database.Run("SELECT count(*) FROM other.sqlite_master");
+    } catch (const CDbError&) {
+        sqlite3_exec(m_database.m_connection, "DETACH DATABASE other", nullptr, nullptr, nullptr);
+        throw;
+    }
+}
+
+CDbBase::COther::~COther() {
+    // Statements kept for later would hold it.
+    m_database.m_statements.Clear();
+    sqlite3_exec(m_database.m_connection, "DETACH DATABASE other", nullptr, nullptr, nullptr);
+}
+
+void CDbBase::Define(const char* name, std::function<std::int64_t()> function) {
+    AddFunction(m_connection, name, std::move(function), CallNumber);
+}
+
+void CDbBase::Define(const char* name, std::function<std::string()> function) {
+    AddFunction(m_connection, name, std::move(function), CallText);
+}
+
+void CDbBase::RequireUsable(bool changes) const {
     if (m_connection == nullptr) {
         throw CDbError("no database is open");
     }
     if (m_batchDepth > 0 && IsBatchLost()) {
         throw CDbError("the batch was lost");
     }
-    if (!StartsWithSelect(statement) && FileGone()) {
+    if (changes && FileGone()) {
         throw CDbError("the file has gone", CDbError::Why::FileGone);
     }
+}
+
+CDbCursor CDbBase::Execute(std::string_view statement) {
+    RequireUsable(!StartsWithSelect(statement));
+    if (m_watch != nullptr && ChangesRows(statement)) {
+        return ExecuteWatched(statement);
+    }
     return CDbCursor(m_statements.Take(m_connection, TranslateSql(statement)));
+}
+
+CDbCursor CDbBase::ExecuteAsIs(const std::string& statement) {
+    RequireUsable(!StartsWithSelect(statement));
+    return CDbCursor(m_statements.TakeAsIs(m_connection, statement));
+}
+
+CDbCursor CDbBase::ExecuteWatched(std::string_view statement) {
+    m_watch->BeforeChange();
+    if (!m_watch->HasPending()) {
+        return CDbCursor(m_statements.Take(m_connection, TranslateSql(statement)));
+    }
+    CDbBatch batch(*this);
+    try {
+        CDbCursor cursor(m_statements.Take(m_connection, TranslateSql(statement)));
+        m_watch->WritePending();
+        batch.Commit();
+        return cursor;
+    } catch (const CDbError&) {
+        if (m_batchDepth == 1) {
+            batch.Discard();
+        }
+        throw;
+    }
 }
 
 std::int64_t CDbBase::ChangeCount() const {

@@ -7,10 +7,13 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 
 #include "shell/CTemporaryTwin.h"
+#include "store/CChangeWatch.h"
 #include "store/CDbCursor.h"
 #include "store/COpenFile.h"
 #include "store/CStatementCache.h"
@@ -19,6 +22,12 @@ struct sqlite3;
 
 // Of project files and criterion files alike.
 inline constexpr const char* CDbPassword = "qmyd7315_=";
+
+// Files of this ending are never changed, whatever they are opened for: restore points.
+inline constexpr const char* ReadOnlyExtension = "point";
+
+// Tables named so are about this one file, and not about the project in it.
+inline constexpr const char* OwnTablePrefix = "Aux_";
 
 // The raw key of files with this password, 64 hexadecimal digits. Throws CDbError.
 std::string DatabaseKey(std::string_view password);
@@ -32,7 +41,8 @@ public:
     CDbBase& operator=(const CDbBase&) = delete;
 
     // Shared is for looking: others may look at the same time, and nothing can be changed.
-    enum class Access { Exclusive, Shared };
+    // Making is for a file that comes into being or goes: what changes there is in no journal.
+    enum class Access { Exclusive, Shared, Making };
     // `path` is a path text. Closes what was open. Failure shows message 2000 with the path.
     bool Open(std::string_view path, std::string_view password, Access access = Access::Exclusive);
     bool IsOpen() const { return m_connection != nullptr; }
@@ -43,13 +53,38 @@ public:
     // The file has been moved, replaced or removed since it was opened: its name leads elsewhere. What is
     // changed now would be in no project, so Execute refuses changes then; reading goes on.
     bool FileGone() const;
-    // Makes a copy of what is open, whole or not at all. Throws CDbError. `path` is a path text; a file there
-    // is replaced, or with Keep an error.
+    // Makes a copy of what is open, whole or not at all, and without the tables that belong to this file
+    // alone (OwnTablePrefix). Throws CDbError. `path` is a path text; a file there is replaced, or with Keep
+    // an error. Not while changes of a batch are pending. `progress` is told pages, done and in total; what
+    // it throws ends the copy.
     void SaveCopy(std::string_view path,
-                  CTemporaryTwin::Existing existing = CTemporaryTwin::Existing::Replace);
+                  CTemporaryTwin::Existing existing = CTemporaryTwin::Existing::Replace,
+                  const std::function<void(std::int64_t, std::int64_t)>& progress = {});
 
     // Runs exactly one statement. Throws CDbError, also in a batch that was lost (see CDbBatch).
     CDbCursor Execute(std::string_view statement);
+    // The same for a statement in the engine's own dialect; what it changes isn't watched.
+    CDbCursor ExecuteAsIs(const std::string& statement);
+    // While one lives, statements may name the tables of another database of the same password as
+    // "other.Table". It is locked as if it were open. Throws CDbError; not inside a batch.
+    class COther {
+    public:
+        COther(CDbBase& database, std::string_view path);
+        ~COther();
+        COther(const COther&) = delete;
+        COther& operator=(const COther&) = delete;
+
+    private:
+        CDbBase& m_database;
+        COpenFile m_openFile;
+    };
+    // What happens along with changes; null if nobody watches. It goes with Close.
+    CChangeWatch* Watch() const { return m_watch.get(); }
+    void SetWatch(std::unique_ptr<CChangeWatch> watch) { m_watch = std::move(watch); }
+    // A function without arguments that statements of this connection may use. It must not throw.
+    void Define(const char* name, std::function<std::int64_t()> function);
+    void Define(const char* name, std::function<std::string()> function);
+    bool IsInBatch() const { return m_batchDepth > 0; }
     // Counts the rows that this connection has changed.
     std::int64_t ChangeCount() const;
     // The key that the last insert was given.
@@ -76,11 +111,15 @@ private:
 
     void Connect(const std::string& hostPath, std::string_view password, int flags);
     void AddFunctions();
+    void DropOwnTables();
+    void RequireUsable(bool changes) const;
+    CDbCursor ExecuteWatched(std::string_view statement);
     void Run(const std::string& statement) const;
     void Disconnect();
 
     sqlite3* m_connection = nullptr;
     CStatementCache m_statements;
+    std::unique_ptr<CChangeWatch> m_watch;
     COpenFile m_openFile;
     std::string m_path;
     std::string m_hostPath;  // empty for what has no file

@@ -30,6 +30,9 @@ bool CDbCriterion::OpenDatabase(std::string_view path, std::string_view password
             return false;
         }
         if (LoadDefectNames()) {
+            if (access == Access::Exclusive && !IsReadOnly()) {
+                SetWatch(ChangeWatches().Watch(*this));
+            }
             return true;
         }
         Close();

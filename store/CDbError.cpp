@@ -23,7 +23,11 @@ int TextOf(CDbError::Why why) {
 
 }  // namespace
 
-void ShowFailure(int number, const CDbError& error) {
+std::string FailureLine(const CDbError& error) {
     const int text = TextOf(error.Reason);
-    ShowMessage(number, text == 0 ? std::string() : "\r\n" + LoadMessage(text));
+    return text == 0 ? std::string() : "\r\n" + LoadMessage(text);
+}
+
+void ShowFailure(int number, const CDbError& error) {
+    ShowMessage(number, FailureLine(error));
 }

@@ -15,5 +15,7 @@ public:
     Why Reason;
 };
 
+// The reason in a line of its own, for behind a message; empty if the operator can't do anything about it.
+std::string FailureLine(const CDbError& error);
 // Shows the numbered message with the reason in a line of its own.
 void ShowFailure(int number, const CDbError& error);

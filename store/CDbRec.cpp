@@ -10,6 +10,7 @@
 #include "store/CDbError.h"
 #include "store/records/fields.h"
 #include "store/sqltext.h"
+#include "store/stepnames.h"
 
 namespace {
 
@@ -94,6 +95,7 @@ bool CDbRec::ReadAttrib(_PRO_DATA& out) {
 }
 
 bool CDbRec::WriteAttrib(const _PRO_DATA& in, bool stampCreateTime) {
+    const CDbStep step(*this, StepChangeProject);
     try {
         Execute(FormatSql(
             "Update Attrib set ProjectName = '%s', Comment = '%s', GpsX = %s, GpsY = %s "
@@ -166,6 +168,7 @@ bool CDbRec::GetNextTestingOrder(std::int32_t& out) {
 }
 
 bool CDbRec::AddTesting(const _TESTING_DATA& in) {
+    const CDbStep step(*this, StepAddSection);
     std::int32_t order = 0;
     if (!GetNextTestingOrder(order)) {
         return false;
@@ -192,6 +195,7 @@ bool CDbRec::AddTesting(const _TESTING_DATA& in) {
 }
 
 bool CDbRec::UpdateTesting(const _TESTING_DATA& in) {
+    const CDbStep step(*this, StepChangeSection);
     try {
         std::vector<std::string> values = SectionValues(in);
         values.push_back(FormatInt(in.ID));
@@ -213,6 +217,7 @@ bool CDbRec::UpdateTesting(const _TESTING_DATA& in) {
 }
 
 bool CDbRec::SetTestingOrder(std::int32_t id, std::int32_t order) {
+    const CDbStep step(*this, StepOrderSections);
     try {
         Execute(FormatSql("update Testing set TestingOrder = %ld where id=%ld",
                           {FormatInt(order), FormatInt(id)}));
@@ -224,6 +229,7 @@ bool CDbRec::SetTestingOrder(std::int32_t id, std::int32_t order) {
 }
 
 bool CDbRec::DeleteTesting(const _TESTING_DATA& in) {
+    const CDbStep step(*this, StepDeleteSection);
     int message = 2009;
     try {
         CDbBatch batch(*this);
@@ -247,6 +253,7 @@ bool CDbRec::DeleteTesting(const _TESTING_DATA& in) {
 }
 
 bool CDbRec::RecalcRecordGps(std::int32_t id) {
+    const CDbStep step(*this, StepCalculatePositions);
     try {
         CDbBatch batch(*this);
         CDbCursor row = Execute(FormatSql("Select * from Testing where ID = %d", {FormatInt(id)}));

@@ -11,6 +11,7 @@
 #include "store/CDbRec.h"
 #include "store/recordpictures.h"
 #include "store/sqltext.h"
+#include "store/stepnames.h"
 
 namespace {
 
@@ -209,6 +210,7 @@ void CDbRec::RememberAdded(const _REC_DATA& record, SectionState state) {
 }
 
 bool CDbRec::AddRecord(const _REC_DATA& in) {
+    const CDbStep step(*this, StepAddRecord);
     SectionState state;
     if (!LookAtSection(in.TestingID, state)) {
         return false;
@@ -244,6 +246,7 @@ bool CDbRec::AddRecord(const _REC_DATA& in) {
 }
 
 bool CDbRec::UpdateRecord(const _REC_DATA& in) {
+    const CDbStep step(*this, StepChangeRecord);
     m_states.clear();
     try {
         Execute(FormatSql(
@@ -267,6 +270,7 @@ bool CDbRec::UpdateRecord(const _REC_DATA& in) {
 }
 
 bool CDbRec::DeleteRecord(std::int32_t id) {
+    const CDbStep step(*this, StepDeleteRecord);
     m_states.clear();
     try {
         Execute(FormatSql("delete from Record where ID = %d", {FormatInt(id)}));

@@ -129,23 +129,30 @@ void CStatementCache::Returner::operator()(sqlite3_stmt* statement) const {
     }
 }
 
-CStatementCache::Statement CStatementCache::Take(sqlite3* connection, const std::string& text) {
-    const LiftedSql lifted = LiftValues(text);
+CStatementCache::Statement CStatementCache::TakeAsIs(sqlite3* connection, const std::string& statement) {
     sqlite3_stmt* prepared = nullptr;
-    const auto idle = m_idle->Statements.find(lifted.Text);
-    if (idle != m_idle->Statements.end()) {
-        prepared = idle->second;
-        m_idle->Statements.erase(idle);
-    } else if (sqlite3_prepare_v2(connection, lifted.Text.data(), static_cast<int>(lifted.Text.size()),
-                                  &prepared, nullptr) != SQLITE_OK) {
+    if (sqlite3_prepare_v2(connection, statement.data(), static_cast<int>(statement.size()), &prepared,
+                           nullptr) != SQLITE_OK) {
         throw EngineError(connection);
     }
     if (prepared == nullptr) {
         throw CDbError("an empty statement");
     }
-    Statement statement(prepared, Returner(m_idle, lifted.Text));
+    return Statement(prepared, Returner());
+}
+
+CStatementCache::Statement CStatementCache::Take(sqlite3* connection, const std::string& text) {
+    const LiftedSql lifted = LiftValues(text);
+    Statement statement;
+    const auto idle = m_idle->Statements.find(lifted.Text);
+    if (idle != m_idle->Statements.end()) {
+        statement = Statement(idle->second, Returner(m_idle, lifted.Text));
+        m_idle->Statements.erase(idle);
+    } else {
+        statement = Statement(TakeAsIs(connection, lifted.Text).release(), Returner(m_idle, lifted.Text));
+    }
     for (std::size_t i = 0; i < lifted.Values.size(); ++i) {
-        Bind(prepared, static_cast<int>(i) + 1, lifted.Values[i]);
+        Bind(statement.get(), static_cast<int>(i) + 1, lifted.Values[i]);
     }
     return statement;
 }

@@ -50,6 +50,8 @@ public:
 
     // Ready to run. Throws CDbError.
     Statement Take(sqlite3* connection, const std::string& statement);
+    // In the engine's dialect, with its values left in it; it isn't kept. Throws CDbError.
+    Statement TakeAsIs(sqlite3* connection, const std::string& statement);
     // Before the connection goes. Statements still in use end themselves.
     void Clear() { m_idle = std::make_shared<Idle>(); }
 

@@ -110,7 +110,8 @@ bool ReadForDeletion(std::string_view path) {
 bool EmptyAndRemove(std::string_view path) {
     CDbRec database;
     CTestingDataArray sections;
-    if (!database.OpenDatabase(path, CDbPassword) || !database.ReadTestings(sections)) {
+    if (!database.OpenDatabase(path, CDbPassword, CDbBase::Access::Making) ||
+        !database.ReadTestings(sections)) {
         return false;
     }
     CDbBatch batch(database);
@@ -241,7 +242,7 @@ std::string CreateProject(const ProjectProperties& properties, int criterionInde
         ShowMessage(2203, path);
         return {};
     }
-    if (!WriteNewAttrib(path, properties, FormatInt(criterionIndex))) {
+    if (!WriteNewAttrib(path, properties, FormatInt(criterionIndex), CDbBase::Access::Making)) {
         DropUnnamed(path);
         return {};
     }
@@ -274,7 +275,7 @@ DatabaseKind KindOfDatabase(std::string_view path) {
 }
 
 bool WriteNewAttrib(std::string_view path, const ProjectProperties& properties,
-                    std::string_view standardIndex) {
+                    std::string_view standardIndex, CDbBase::Access access) {
     _PRO_DATA attributes;
     attributes.ProjectName = properties.ProjectName;
     attributes.Comment = properties.Comment;
@@ -282,7 +283,7 @@ bool WriteNewAttrib(std::string_view path, const ProjectProperties& properties,
     attributes.StandardIndex = standardIndex;
     attributes.Location = properties.Location;
     CDbRec database;
-    return database.OpenDatabase(path, CDbPassword) && database.WriteAttrib(attributes, true);
+    return database.OpenDatabase(path, CDbPassword, access) && database.WriteAttrib(attributes, true);
 }
 
 bool DeleteProject(std::string_view path, const ProjectRow* shown) {

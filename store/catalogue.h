@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "store/CDbBase.h"
 #include "store/records/records.h"
 
 // What the project list shows of one project.
@@ -68,7 +69,7 @@ DatabaseKind KindOfDatabase(std::string_view path);
 
 // Always moves the creation time to now.
 bool WriteNewAttrib(std::string_view path, const ProjectProperties& properties,
-                    std::string_view standardIndex);
+                    std::string_view standardIndex, CDbBase::Access access = CDbBase::Access::Exclusive);
 
 // Asks with message 2204, naming the project, its file and how many sections it has; `shown` is the row that
 // the operator chose, which behind an unreadable file stands for another project: then both are named. Puts a

@@ -218,7 +218,8 @@ bool MergeProjects(const _PRO_DATA& first, const _PRO_DATA& second, MergeResult&
     const CHostFiles::CLookOnce look(HostFiles());
     try {
         CDbRec database;
-        return database.OpenDatabase(result.Path, CDbPassword) && CMerger(database, second, result).Run();
+        return database.OpenDatabase(result.Path, CDbPassword, CDbBase::Access::Making) &&
+               CMerger(database, second, result).Run();
     } catch (const CDbError& error) {
         ShowFailure(2013, error);
         return false;

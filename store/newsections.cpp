@@ -11,6 +11,7 @@
 #include "shell/settings.h"
 #include "store/CDbError.h"
 #include "store/CDbRec.h"
+#include "store/stepnames.h"
 
 namespace {
 
@@ -90,6 +91,7 @@ bool AddNewSection(CDbRec& database, _TESTING_DATA section, const CopyProgress& 
 
 bool AddNewSections(CDbRec& database, const std::vector<_TESTING_DATA>& sections,
                     const CopyProgress& progress) {
+    const CDbStep step(database, StepAddSection);
     return std::all_of(sections.begin(), sections.end(), [&](const _TESTING_DATA& section) {
         return AddNewSection(database, section, progress);
     });

@@ -12,6 +12,7 @@
 #include "store/CDbRec.h"
 #include "store/recordjson.h"
 #include "store/recordpictures.h"
+#include "store/stepnames.h"
 
 namespace {
 
@@ -183,6 +184,7 @@ bool DumpProject(CDbRec& database, const std::function<void(std::string_view)>& 
 }
 
 LoadResult LoadProject(CDbRec& database, std::string_view json) {
+    const CDbStep step(database, StepLoadDocument);
     const LoadedDocument document = ParseDocument(json);
     LoadResult result;
     try {

@@ -8,6 +8,7 @@
 #include "shell/textcodec.h"
 #include "store/CDbError.h"
 #include "store/CDbRec.h"
+#include "store/stepnames.h"
 
 namespace {
 
@@ -45,6 +46,7 @@ Markers BuildMarkers(const CRecDataArray& records, std::string_view video, doubl
 }
 
 bool RenumberSections(CDbRec& database, const std::vector<std::int32_t>& ids) {
+    const CDbStep step(database, StepOrderSections);
     try {
         CDbBatch batch(database);
         std::int32_t place = 0;

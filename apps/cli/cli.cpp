@@ -6,6 +6,7 @@
 
 #include "apps/cli/CArguments.h"
 #include "apps/cli/commands.h"
+#include "history/CJournal.h"
 #include "oldfiles/CJetFiles.h"
 #include "shell/CHostFiles.h"
 #include "shell/CStreamPrompts.h"
@@ -56,6 +57,14 @@ constexpr Command Commands[] = {
     {"load", "PROJECT FILE.json", "add the sections and records of such a document", RunLoad},
     {"merge", "FIRST.mdb SECOND.mdb",
      "join two projects into a third; print its file, and that of the list of sections left out", RunMerge},
+    {"history", "PROJECT [--json]", "list what was changed in a project, by steps", RunHistory},
+    {"undo", "PROJECT [STEPS]", "take steps back, the last one first", RunUndo},
+    {"redo", "PROJECT [STEPS]", "do again what was taken back", RunRedo},
+    {"forget-history", "PROJECT", "forget the steps, and delete the pictures kept for them",
+     RunForgetHistory},
+    {"restore-points", "PROJECT [--json]",
+     "list the copies that were made of a project; it may be gone itself", RunRestorePoints},
+    {"restore", "PROJECT POINT -o NEW.mdb", "make a new project of such a copy", RunRestore},
     {"grab", "VIDEO SECONDS -o FILE.jpg", "write the frame that is shown at that position as a picture",
      RunGrab},
     {"convert", "FILE... [--to DIR] [--json]",
@@ -72,7 +81,8 @@ void PrintUsage(std::ostream& out) {
         out << "  " << command.Name << ' ' << command.Usage << "\n      " << command.Purpose << '\n';
     }
     out << "\nPROJECT is the path of a project file. Questions count as answered with Cancel, with --yes as"
-           " answered with OK.\nExit codes: 0 done, 1 failed, 2 called wrongly.\n";
+           " answered with OK.\nExit codes: 0 done, 1 failed, 2 called wrongly, 3 nothing\n"
+           "to undo or redo, or it no longer fits; nothing has changed then.\n";
 }
 
 // The folder that holds the program folder's own parts, and that relative resource paths start from.
@@ -129,6 +139,8 @@ int RunCommand(std::vector<std::string> words, std::ostream& out, std::ostream& 
     const CSeamScope seams({&prompts, nullptr, &files, nullptr});
     CJetFiles oldFiles;
     const COldFilesScope oldFilesScope(oldFiles);
+    CJournals journals;
+    const CChangeWatchesScope watchesScope(journals);
     EnterProgramFolder(appFolder);
     LoadSettings();
     LoadLanguageTable();

@@ -55,6 +55,13 @@ int RunMap(const CommandContext& context);
 int RunGrab(const CommandContext& context);
 // commands_grade.cpp
 int RunGrade(const CommandContext& context);
+// commands_history.cpp
+int RunHistory(const CommandContext& context);
+int RunUndo(const CommandContext& context);
+int RunRedo(const CommandContext& context);
+int RunForgetHistory(const CommandContext& context);
+int RunRestorePoints(const CommandContext& context);
+int RunRestore(const CommandContext& context);
 // commands_report.cpp
 int RunDataset(const CommandContext& context);
 int RunExportWord(const CommandContext& context);

@@ -7,6 +7,7 @@
 
 #include "apps/drovane/CDrovaneApp.h"
 #include "apps/drovane/CDrovaneGui.h"
+#include "history/CJournal.h"
 #include "oldfiles/CJetFiles.h"
 #include "shell/CHostFiles.h"
 #include "shell/CPrompts.h"
@@ -38,6 +39,8 @@ int RunProgram(int argc, char** argv) {
     const CSeamScope seams({&prompts, nullptr, &files, &desktop, &progress});
     CJetFiles oldFiles;
     const COldFilesScope oldFilesScope(oldFiles);
+    CJournals journals;
+    const CChangeWatchesScope watchesScope(journals);
     EnterProgramFolder(folder);
     gui.SpeakLanguage();
     QApplication::setWindowIcon(QIcon(ToQt(files.HostPath("ui\\drovane.png"))));

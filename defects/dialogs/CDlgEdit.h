@@ -72,6 +72,7 @@ private:
     void OnTool(ToolMode tool);
     void BeginTool(ToolMode tool);
     void EndTool(ToolMode tool);
+    bool KeepPicture(int step, const std::string& picture);
     void OnColour();
     void OnReset();
     void OnSwitchTool(ToolMode tool);

@@ -14,7 +14,9 @@
 #include "defects/dialogs/CDlgEdit.h"
 #include "defects/edittools.h"
 #include "defects/manhole.h"
+#include "defects/picturesteps.h"
 #include "shell/CDesktop.h"
+#include "shell/CHostFiles.h"
 #include "shell/CPrompts.h"
 #include "shell/dialogs/qttext.h"
 #include "shell/language.h"
@@ -22,6 +24,7 @@
 #include "shell/paths.h"
 #include "shell/seams.h"
 #include "store/CDbRec.h"
+#include "store/stepnames.h"
 
 namespace {
 
@@ -246,8 +249,11 @@ void CDlgEdit::OnOK() {
         return;
     }
     const _REC_DATA record = BuildRecord();
+    NoteMadeForUndo(m_database, Pictures.Made());
     if (m_add ? m_database.AddRecord(record) : m_database.UpdateRecord(record)) {
         EndDialog(IdOk);
+    } else {
+        DropKept(m_database);
     }
 }
 
@@ -290,8 +296,12 @@ void CDlgEdit::OnDeletePicture() {
     }
     const CPicDataArray former = Record.Pictures;
     const std::string path = former[index].Picture;
-    Record.Pictures.RemoveAt(index);
     // A new defect has no row yet.
+    const CDbStep step(m_database, StepDeletePicture);
+    if (!m_add && !KeepForUndo(m_database, {path})) {
+        return;
+    }
+    Record.Pictures.RemoveAt(index);
     if (m_add || m_database.UpdateRecord(BuildRecord())) {
         if (index == 0) {
             m_firstTime = former[0].PicTimeInVideo;
@@ -299,6 +309,7 @@ void CDlgEdit::OnDeletePicture() {
         DeletePictureFiles(path);
         FillPictures();
     } else {
+        DropKept(m_database);
         Record.Pictures = former;
     }
     m_pictures->setCurrentIndex(std::min(index, m_pictures->count() - 1));
@@ -347,11 +358,17 @@ void CDlgEdit::EndTool(ToolMode tool) {
         Calibrated = m_canvas->Annotations().CalibrationPoints().size() == 2;
         m_canvas->ClearCalibration();
         m_canvas->ResetRubber();
-    } else if (!m_canvas->HasPicture() || KeepOriginal(m_canvas->Path())) {
+    } else if (!m_canvas->HasPicture() ||
+               (KeepOriginal(m_canvas->Path()) && KeepPicture(StepDrawPicture, m_canvas->Path()))) {
         m_canvas->BakeToFile();
     }
     m_anyPicture = tool == ToolMode::Calibration || tool == ToolMode::Measuring;
     m_canvas->SetTool(ToolMode::None);
+}
+
+// What is drawn on the picture of a new defect is no step before the defect is one.
+bool CDlgEdit::KeepPicture(int step, const std::string& picture) {
+    return m_add || KeepAsStep(m_database, step, PictureFate::Replaced, picture, Record.TestingID, Record.ID);
 }
 
 void CDlgEdit::OnColour() {
@@ -371,7 +388,10 @@ void CDlgEdit::OnReset() {
     if (!AskOkCancel(2108) || index < 0) {
         return;
     }
-    (void)ResetPicture(Record.Pictures[index].Picture);  // has told why not
+    const std::string picture = Record.Pictures[index].Picture;
+    if (!HostFiles().Exists(MakeOriginalPath(picture)) || KeepPicture(StepResetPicture, picture)) {
+        (void)ResetPicture(picture);  // has told why not
+    }
     OnPictureChange();
 }
 

@@ -13,11 +13,13 @@
 #include "controls/CButtonST.h"
 #include "defects/dialogs/CCtrlPic.h"
 #include "defects/manhole.h"
+#include "defects/picturesteps.h"
 #include "shell/CPrompts.h"
 #include "shell/dialogs/qttext.h"
 #include "shell/language.h"
 #include "shell/seams.h"
 #include "store/CDbRec.h"
+#include "store/stepnames.h"
 
 namespace {
 
@@ -201,7 +203,15 @@ void CJcjDlg::OnAddPicture() {
 }
 
 void CJcjDlg::OnDeletePicture() {
-    Pictures.RemoveManholeFile(m_pictures->currentIndex());
+    const int index = m_pictures->currentIndex();
+    if (index < 0 || index >= Record.Pictures.GetSize()) {
+        return;
+    }
+    if (!m_add && !KeepAsStep(m_database, StepDeletePicture, PictureFate::Deleted,
+                              Record.Pictures[index].Picture, Record.TestingID, Record.ID)) {
+        return;
+    }
+    Pictures.RemoveManholeFile(index);
     FillPictures();
     ShowPicture(0);
 }
@@ -223,7 +233,9 @@ void CJcjDlg::BuildRecord() {
 
 void CJcjDlg::OnOK() {
     BuildRecord();
+    NoteMadeForUndo(m_database, Pictures.Made());
     if (!(m_add ? m_database.AddRecord(Record) : m_database.UpdateRecord(Record))) {
+        DropKept(m_database);
         Prompts().ShowMessage(NoNumber, m_add ? "添加记录失败！" : "修改记录失败！");
         return;
     }
