@@ -254,13 +254,17 @@ RestoredPictures BringBackPictures(CDbRec& database, CDbRec& holder) {
     return result;
 }
 
-RestoredPictures RestoreProject(const RestorePoint& point, std::string_view project,
-                                std::string_view target) {
+RestoredPictures RestoreProject(const RestorePoint& point, CDbRec& project, std::string_view target) {
     CDbRec database;
     if (!database.OpenDatabase(point.Path, CDbPassword, CDbBase::Access::Shared)) {
         throw CDbError("the restore point can't be opened");
     }
     database.SaveCopy(target, CTemporaryTwin::Existing::Keep);
+    return BringBackPictures(database, project);
+}
+
+RestoredPictures RestoreProject(const RestorePoint& point, std::string_view project,
+                                std::string_view target) {
     CDbRec holder;
     {
         CSilentPrompts silent;
@@ -268,7 +272,7 @@ RestoredPictures RestoreProject(const RestorePoint& point, std::string_view proj
         (void)(HostFiles().Exists(project) &&
                holder.OpenDatabase(project, CDbPassword, CDbBase::Access::Shared));
     }
-    return BringBackPictures(database, holder);
+    return RestoreProject(point, holder, target);
 }
 
 bool CPointPictures::Contains(const std::string& path) {

@@ -62,6 +62,8 @@ struct RestoredPictures {
 // whose held pictures come back to their places if they are missing there; it needn't exist any more. Throws
 // CDbError.
 RestoredPictures RestoreProject(const RestorePoint& point, std::string_view project, std::string_view target);
+// The same for a project that is open.
+RestoredPictures RestoreProject(const RestorePoint& point, CDbRec& project, std::string_view target);
 // Puts pictures that records of the open project name, and that aren't there, back from where they are held.
 RestoredPictures BringBackPictures(CDbRec& database, CDbRec& holder);
 

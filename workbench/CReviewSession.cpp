@@ -61,6 +61,13 @@ void CReviewSession::SetNames(std::string_view project, std::string_view criteri
     m_screen.ShowState();
 }
 
+void CReviewSession::ReadNames() {
+    _PRO_DATA project;
+    if (m_database != nullptr && m_database->ReadAttrib(project)) {
+        SetNames(project.ProjectName, project.CriterionName);
+    }
+}
+
 bool CReviewSession::IsReadOnly() const {
     return m_database != nullptr && m_database->IsReadOnly();
 }
@@ -276,13 +283,27 @@ CReviewSession::Place CReviewSession::GetPlace() const {
 }
 
 void CReviewSession::Return(const Place& place) {
+    const bool changed = m_database != nullptr && place.Project == m_path &&
+                         (m_database->ChangeCount() != place.Changes || m_sectionPending || m_defectPending);
     if (const auto wanted = std::exchange(m_wanted, std::nullopt); wanted && m_database != nullptr) {
+        if (changed) {
+            m_screen.FillSections(*m_database);
+        }
         if (m_screen.SelectSection(wanted->first)) {
+            if (changed && StandsOnLoaded()) {
+                m_screen.FillDefects(*m_database, wanted->first);
+                m_screen.StartTimer(Timer::Duration);
+            }
             FlushSelections();
             (void)m_screen.SelectRecord(wanted->second);
+            OnDefectChanged();
             FlushSelections();
+            m_screen.ShowState();
+            return;
         }
-        return;
+        if (!changed) {
+            return;  // there is no such section, and all else is as it was
+        }
     }
     if (m_database == nullptr || place.Project != m_path) {
         return;

@@ -38,6 +38,8 @@ public:
     const std::string& ProjectPath() const { return m_path; }
     const std::string& ProjectName() const { return m_name; }
     const std::string& CriterionName() const { return m_criterion; }
+    // As they stand in the project now.
+    void ReadNames();
     void SetNames(std::string_view project, std::string_view criterion);
     bool IsReadOnly() const;
     const Markers& DefectMarkers() const { return m_markers; }

@@ -10,6 +10,7 @@
 #include <QMenu>
 #include <QPointer>
 #include <QScreen>
+#include <QShortcut>
 #include <QSplitter>
 #include <QTimer>
 
@@ -18,6 +19,7 @@
 #include "defects/dialogs/CCtrlPic.h"
 #include "defects/dialogs/CPointView.h"
 #include "defects/dialogs/rulermessages.h"
+#include "history/steps.h"
 #include "lists/CDefectList.h"
 #include "lists/CTestingList.h"
 #include "reports/CRecExport.h"
@@ -26,6 +28,7 @@
 #include "shell/dialogs/qttext.h"
 #include "shell/language.h"
 #include "shell/textcodec.h"
+#include "store/CDbError.h"
 #include "workbench/dialogs/reviewcommands.h"
 #include "workbench/dialogs/reviewplace.h"
 
@@ -93,6 +96,9 @@ void CDlgProAtrrib::MakeControls() {
         control->installEventFilter(this);
     }
     m_player->OnEscape = [this] { OnCancel(); };
+    // The other usual keys for it.
+    auto* redo = new QShortcut(QKeySequence("Ctrl+Shift+Z"), this);
+    connect(redo, &QShortcut::activated, this, [this] { Run(CommandRedo); });
     m_sections->setAccessibleName(MessageText(MessageSectionList));
     m_defects->setAccessibleName(MessageText(MessageDefectList));
 }
@@ -254,6 +260,27 @@ void CDlgProAtrrib::MakeButtons() {
     ShowCommands();
 }
 
+// What undo and redo would do stands in their tips.
+void CDlgProAtrrib::ShowSteps() {
+    NextSteps next;
+    try {
+        if (CRecExport* const database = m_session.Database()) {
+            next = ReadNextSteps(*database);
+        }
+    } catch (const CDbError&) {
+        // The commands themselves tell it.
+    }
+    const auto show = [this](int id, const HistoryStep& step, int none) {
+        const bool usable = step.Number != 0 && !m_session.IsReadOnly();
+        auto* button = Item<CButtonST>(id);
+        button->setEnabled(usable);
+        button->SetTip(MessageText(CommandOf(id).Text + TipOffset) + "\n" +
+                       (usable ? ToQt(StepTitle(step)) : MessageText(none)));
+    };
+    show(CommandUndo, next.Undo, MessageNothingToUndo);
+    show(CommandRedo, next.Redo, MessageNothingToRedo);
+}
+
 void CDlgProAtrrib::ShowCommands() {
     for (const ReviewCommand& command : ReviewCommands()) {
         auto* button = command.Bitmap == nullptr ? nullptr : Item<CButtonST>(command.Id);
@@ -268,6 +295,7 @@ void CDlgProAtrrib::ShowCommands() {
         button->setEnabled(command.Handler != nullptr && !barred);
         button->SetTip(tip);
     }
+    ShowSteps();
 }
 
 bool CDlgProAtrrib::OpenProject(std::string_view path) {
@@ -310,6 +338,7 @@ void CDlgProAtrrib::Run(int id) {
     const CReviewSession::Place place = m_session.GetPlace();
     command.Handler(*this);
     m_session.Return(place);
+    ShowSteps();
     if (focus != nullptr && focus != focusWidget() && focus->isVisible() && focus->isEnabled()) {
         focus->setFocus();
     }

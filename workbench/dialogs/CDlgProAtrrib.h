@@ -90,6 +90,7 @@ private:
     void SplitReview();
     void ShowSplash();
     void ShowCommands();
+    void ShowSteps();
     void RememberPlace() const;
     bool TakeKey(const QWidget* focused, const QKeyEvent& event);
     void OnSectionMenu(const QPoint& at);

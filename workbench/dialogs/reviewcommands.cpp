@@ -11,7 +11,7 @@ using enum ReviewNeed;
 constexpr int Big = 32;
 constexpr int Small = 20;
 
-constexpr std::array<ReviewCommand, 22> Table = {{
+constexpr std::array<ReviewCommand, 25> Table = {{
     // Id, needs, question, loses, changes, handler, looks
     {1038, Nothing, 0, false, false, OpenProjectCommand, "打开工程", 950, "ui\\big\\open.bmp", Big, "Ctrl+O"},
     {1024, Project, 0, false, false, ProjectPropertiesCommand, "工程属性", 951, "ui\\big\\attrib.bmp", Big,
@@ -40,12 +40,33 @@ constexpr std::array<ReviewCommand, 22> Table = {{
     {CommandEditDefect, Defect, 0, false, false, EditDefectCommand, "属性", 968, "ui\\small\\attrib.bmp",
      Small, "F2"},
     {1033, Defect, 0, false, true, SecondPictureCommand, "图片", 969, "ui\\small\\snap.bmp", Small, "F6"},
+    {CommandUndo, Project, 0, false, true, UndoCommand, "撤销", 3451, "ui\\big\\undo.bmp", Big, "Ctrl+Z"},
+    {CommandRedo, Project, 0, false, true, RedoCommand, "重做", 3452, "ui\\big\\redo.bmp", Big, "Ctrl+Y"},
+    {CommandHistory, Project, 0, false, false, HistoryCommand, "历史", 3453, "ui\\big\\history.bmp", Big,
+     "Ctrl+J"},
     {CommandSortByWells, Nothing, 0, false, true, SortByWellsCommand, nullptr, 0, nullptr, 0, nullptr},
     {CommandRenumber, Nothing, 0, false, true, RenumberCommand, nullptr, 0, nullptr, 0, nullptr},
 }};
 
-constexpr std::array Toolbar = {1038, 1024, ToolbarLine, 1082, 1027,           ToolbarLine, 1026, 1025,
-                                1019, 1018, ToolbarLine, 1081, ToolbarStretch, 1080,        2};
+constexpr std::array Toolbar = {1038,
+                                1024,
+                                ToolbarLine,
+                                CommandUndo,
+                                CommandRedo,
+                                CommandHistory,
+                                ToolbarLine,
+                                1082,
+                                1027,
+                                ToolbarLine,
+                                1026,
+                                1025,
+                                1019,
+                                1018,
+                                ToolbarLine,
+                                1081,
+                                ToolbarStretch,
+                                1080,
+                                2};
 constexpr std::array OfSections = {1021, CommandDeleteSection, CommandSectionProperties, 1079};
 constexpr std::array OfDefects = {1035, 1037, CommandDeleteDefect, CommandEditDefect, 1033};
 

@@ -43,6 +43,9 @@ inline constexpr int CommandDeleteSection = 1023;
 inline constexpr int CommandSectionProperties = 1028;
 inline constexpr int CommandEditDefect = 1029;
 inline constexpr int CommandDeleteDefect = 1030;
+inline constexpr int CommandUndo = 5040;
+inline constexpr int CommandRedo = 5041;
+inline constexpr int CommandHistory = 5042;
 inline constexpr int CommandSortByWells = 32782;
 inline constexpr int CommandRenumber = 0x8D2;  // rows were dragged
 
@@ -72,6 +75,11 @@ void DeleteDefectCommand(CDlgProAtrrib& window);
 void EditDefectCommand(CDlgProAtrrib& window);
 void SecondPictureCommand(CDlgProAtrrib& window);
 
+// Of the history.
+void UndoCommand(CDlgProAtrrib& window);
+void RedoCommand(CDlgProAtrrib& window);
+void HistoryCommand(CDlgProAtrrib& window);
+
 // The window's own texts.
 inline constexpr int MessageNoProject = 3050;
 inline constexpr int MessageNoSections = 3051;
@@ -91,3 +99,5 @@ inline constexpr int MessageReadOnlyTitle = 3333;
 inline constexpr int MessageReadOnlyTip = 3334;
 inline constexpr int MessageNotImported = 3335;
 inline constexpr int MessageImportNotes = 3336;
+inline constexpr int MessageNothingToUndo = 3385;
+inline constexpr int MessageNothingToRedo = 3386;
