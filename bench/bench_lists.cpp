@@ -7,9 +7,9 @@
 #include "bench/CBenchFolder.h"
 #include "bench/ratio.h"
 #include "bench/require.h"
+#include "lists/CTestingList.h"
 #include "shell/dialogs/theme.h"
 #include "store/CDbRec.h"
-#include "lists/CTestingList.h"
 
 namespace {
 

@@ -13,12 +13,12 @@
 #include "bench/ratio.h"
 #include "bench/require.h"
 #include "controls/CWMPPlayer4.h"
+#include "lists/CDefectList.h"
+#include "lists/CTestingList.h"
 #include "shell/dialogs/theme.h"
 #include "shell/paths.h"
 #include "store/CDbRec.h"
 #include "workbench/dialogs/CDlgProAtrrib.h"
-#include "lists/CDefectList.h"
-#include "lists/CTestingList.h"
 
 namespace {
 

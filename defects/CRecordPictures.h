@@ -37,6 +37,8 @@ public:
     // A new record was cancelled or could not be stored: what AddFrame and AddFile made goes, with its twins.
     // Files that were there before stay.
     void TakeBack();
+    // Takes over what was made by a window that ended with a crash.
+    void Adopt(std::vector<std::string> made) { m_made = std::move(made); }
     // The files that AddFrame, AddFile and AddManholeFile made, whether or not they are still there.
     std::vector<std::string> Made() const;
 

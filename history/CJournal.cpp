@@ -74,8 +74,9 @@ void CJournal::Create(bool former) {
 }
 
 void CJournal::Prepare() {
-    if (m_ready && (!m_checkTriggers || HasTriggers(m_database))) {
-        m_checkTriggers = m_checkTriggers && m_database.IsInBatch();
+    if (m_ready &&
+        (m_preparedIn == 0 || m_preparedIn == m_database.BatchSerial() || HasTriggers(m_database))) {
+        m_preparedIn = m_preparedIn == m_database.BatchSerial() ? m_preparedIn : 0;
         return;
     }
     if (!m_ready) {
@@ -94,9 +95,8 @@ void CJournal::Prepare() {
         } else {
             m_journal = m_database.ExecuteAsIs("SELECT Journal FROM Aux_Journal").GetText("Journal");
         }
-        m_lastStep = std::max(m_lastStep, NumberOf(m_database,
-                                                   "SELECT seq AS n FROM sqlite_sequence WHERE "
-                                                   "name = 'Aux_Step'"));
+        m_lastStep = std::max(m_lastStep, LastNumber());
+        m_thinnedAt = std::max(m_thinnedAt, m_lastStep);
         CreateTriggers(m_database, m_tables);
     } catch (const CDbError&) {
         batch.Discard();
@@ -104,7 +104,13 @@ void CJournal::Prepare() {
     }
     batch.Commit();
     m_ready = true;
-    m_checkTriggers = m_database.IsInBatch();
+    m_preparedIn = m_database.BatchSerial();
+}
+
+// Numbers of steps that are no more may still stand in the rows of pictures.
+std::int64_t CJournal::LastNumber() {
+    return std::max(NumberOf(m_database, "SELECT ifnull(max(ID), 0) AS n FROM Aux_Step"),
+                    NumberOf(m_database, "SELECT ifnull(max(Aux_Seq) >> 32, 0) AS n FROM Aux_Picture"));
 }
 
 std::int64_t CJournal::Step() {
@@ -130,6 +136,22 @@ void CJournal::EndStep() {
     if (m_scopes > 0 && --m_scopes == 0) {
         DropPending();
         m_step = 0;
+        ThinSometimes();
+    }
+}
+
+// A program that runs for weeks never closes its project.
+void CJournal::ThinSometimes() {
+    constexpr std::int64_t some = 256;
+    if (!m_ready || m_database.BatchSerial() != 0 || m_lastStep - m_thinnedAt < some) {
+        return;
+    }
+    m_thinnedAt = m_lastStep;
+    try {
+        const CPause pause(*this);
+        Thin();
+    } catch (const CDbError&) {
+        // Nothing of the project depends on it.
     }
 }
 
@@ -137,11 +159,11 @@ void CJournal::BeforeChange() {
     if (m_paused) {
         return;
     }
-    const std::string day = FormatTime(Clock().LocalNow(), "%Y-%m-%d");
+    const auto day = std::chrono::floor<std::chrono::days>(Clock().LocalNow());
     // Not while changes are pending that may be taken back.
-    if (m_day != day && !(m_changed && m_database.IsInBatch())) {
+    if (m_day != day && !(m_changed && m_database.BatchSerial() != 0)) {
         m_day = day;
-        MakeDailyPoint(m_database, m_journal);
+        MakeDailyPoint(m_database);
     }
     Prepare();
     if (m_scopes == 0) {

@@ -6,6 +6,7 @@
 // begins anew with the first change.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -65,26 +66,29 @@ private:
     void Create(bool former);
     std::int64_t Step();
     std::int64_t NextNumber();
+    std::int64_t LastNumber();
     void WriteStepRow(std::int32_t section, std::int32_t record);
     bool IsKnown(const std::string& heldName);
     void SweepOrphans(std::string_view picture);
     void DropGarbage();
     void Thin();
+    void ThinSometimes();
 
     CDbBase& m_database;
     std::vector<JournalledTable> m_tables;
     std::string m_journal;
     std::string m_account;
     bool m_ready = false;
-    bool m_checkTriggers = false;  // they were made in a batch, which may have been taken back
+    std::uint64_t m_preparedIn = 0;  // the batch, which may be taken back; 0 for none
     bool m_paused = false;
     bool m_changed = false;
-    std::string m_day;  // of the last restore point asked for
+    std::chrono::local_days m_day{};  // of the last restore point asked for
     int m_scopes = 0;
     int m_name = 0;
     std::int64_t m_step = 0;  // of the changes that come; 0 until the first of them
     std::int64_t m_lastStep = 0;
-    std::int64_t m_image = 0;  // the last number within the step
+    std::int64_t m_thinnedAt = 0;  // the last step then
+    std::int64_t m_image = 0;      // the last number within the step
     std::vector<Pending> m_pending;
     std::vector<std::string> m_sweptFolders;
 };

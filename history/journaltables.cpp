@@ -5,23 +5,13 @@
 #include "shell/textcodec.h"
 #include "store/CDbBase.h"
 #include "store/CDbError.h"
+#include "store/sqltext.h"
 
 namespace {
 
 constexpr int Format = 1;
 constexpr std::array<const char*, 3> Journalled{"Attrib", "Testing", "Record"};
 constexpr std::array<const char*, 3> Columns{"Aux_Seq", "Aux_Side", "Aux_Row"};
-
-std::string QuotedName(const std::string& name) {
-    std::string text = "\"";
-    for (const char c : name) {
-        text += c;
-        if (c == '"') {
-            text += c;
-        }
-    }
-    return text + '"';
-}
 
 CDbCursor TableInfo(CDbBase& database, const std::string& table) {
     return database.ExecuteAsIs("PRAGMA table_info(" + QuotedText(table) + ")");
@@ -30,7 +20,7 @@ CDbCursor TableInfo(CDbBase& database, const std::string& table) {
 std::vector<std::string> ColumnsOf(CDbBase& database, const std::string& table) {
     std::vector<std::string> columns;
     for (CDbCursor rows = TableInfo(database, table); !rows.IsEof(); rows.MoveNext()) {
-        columns.push_back(QuotedName(rows.GetText("name")));
+        columns.push_back(QuoteSqlName(rows.GetText("name")));
     }
     return columns;
 }
@@ -52,16 +42,19 @@ std::string PlaceOf(const std::string& table, const std::string& row) {
     return "-1, -1, '', ''";
 }
 
+// OR FAIL, as all that triggers insert: where a statement could abort half way the engine keeps a copy of
+// each page that it touches, encrypted anew, which costs more than the change itself. Their numbers are
+// unique anyway.
 std::string InsertStep(const std::string& place) {
-    return "INSERT INTO Aux_Step (ID, Name, Time, Account, Section, Record, Label, Detail, Undone) "
+    return "INSERT OR FAIL INTO Aux_Step (ID, Name, Time, Account, Section, Record, Label, Detail, Undone) "
            "SELECT drovane_step(), drovane_step_name(), now(), drovane_account(), " +
            place + ", 0 WHERE NOT EXISTS (SELECT 1 FROM Aux_Step WHERE ID = drovane_step()); ";
 }
 
 std::string InsertImage(const JournalledTable& table, const std::string& row, int side) {
-    return "INSERT INTO " + table.ImageName() + " (Aux_Seq, Aux_Side, Aux_Row, " + table.ColumnList() +
-           ") VALUES (drovane_image(), " + std::to_string(side) + ", " + row + ".rowid, " +
-           table.ColumnList(row + ".") + "); ";
+    return "INSERT OR FAIL INTO " + table.ImageName() + " (Aux_Seq, Aux_Side, Aux_Row, " +
+           table.ColumnList() + ") VALUES (drovane_image(), " + std::to_string(side) + ", " + row +
+           ".rowid, " + table.ColumnList(row + ".") + "); ";
 }
 
 void CreateTrigger(CDbBase& database, const JournalledTable& table, const std::string& event,
@@ -94,14 +87,7 @@ std::string JournalledTable::ColumnList(const std::string& prefix) const {
 }
 
 std::string QuotedText(const std::string& text) {
-    std::string quoted = "'";
-    for (const char c : text) {
-        quoted += c;
-        if (c == '\'') {
-            quoted += c;
-        }
-    }
-    return quoted + '\'';
+    return "'" + EscapeSqlText(text) + "'";
 }
 
 std::int64_t FirstNumber(std::int64_t step) {
@@ -150,7 +136,7 @@ bool JournalFits(CDbBase& database, const std::vector<JournalledTable>& tables) 
     for (const JournalledTable& table : tables) {
         std::vector<std::string> wanted;
         for (const char* const column : Columns) {
-            wanted.push_back(QuotedName(column));
+            wanted.push_back(QuoteSqlName(column));
         }
         wanted.insert(wanted.end(), table.Columns.begin(), table.Columns.end());
         if (ColumnsOf(database, table.ImageName()) != wanted) {
@@ -162,6 +148,7 @@ bool JournalFits(CDbBase& database, const std::vector<JournalledTable>& tables) 
 
 void CreateJournal(CDbBase& database, const std::vector<JournalledTable>& tables, const std::string& identity,
                    const std::string& journal, bool former) {
+    const bool secure = database.ExecuteAsIs("PRAGMA secure_delete").GetLong("secure_delete") != 0;
     database.ExecuteAsIs("PRAGMA secure_delete = ON");
     for (const char* const name : Journalled) {
         DropTable(database, std::string("Aux_") + name);
@@ -175,11 +162,12 @@ void CreateJournal(CDbBase& database, const std::vector<JournalledTable>& tables
     database.ExecuteAsIs("INSERT INTO Aux_Journal VALUES (1, " + std::to_string(Format) + ", " +
                          QuotedText(journal) + ", " + QuotedText(identity) + ", now(), " +
                          (former ? "1)" : "0)"));
-    // Numbers are never used again: files are named for them.
     database.ExecuteAsIs(
-        "CREATE TABLE Aux_Step (ID INTEGER PRIMARY KEY AUTOINCREMENT, Name INTEGER, Time TEXT, "
+        "CREATE TABLE Aux_Step (ID INTEGER PRIMARY KEY, Name INTEGER, Time TEXT, "
         "Account TEXT, Section INTEGER, Record INTEGER, Label TEXT, Detail TEXT, "
         "Undone INTEGER, Size INTEGER)");
+    // There are few, at the end, and each new step asks for them.
+    database.ExecuteAsIs("CREATE INDEX Aux_StepUndone ON Aux_Step (ID) WHERE Undone = 1");
     database.ExecuteAsIs(
         "CREATE TABLE Aux_Picture (Aux_Seq INTEGER PRIMARY KEY, Path TEXT, Before TEXT, "
         "After TEXT, Move TEXT)");
@@ -189,6 +177,7 @@ void CreateJournal(CDbBase& database, const std::vector<JournalledTable>& tables
                              " (Aux_Seq INTEGER PRIMARY KEY, Aux_Side INTEGER, Aux_Row INTEGER, " +
                              table.ColumnList() + ")");
     }
+    database.ExecuteAsIs(secure ? "PRAGMA secure_delete = ON" : "PRAGMA secure_delete = OFF");
 }
 
 void CreateTriggers(CDbBase& database, const std::vector<JournalledTable>& tables) {
@@ -206,8 +195,10 @@ void CreateTriggers(CDbBase& database, const std::vector<JournalledTable>& table
         CreateTrigger(database, table, "DELETE", "",
                       InsertStep(PlaceOf(table.Name, "OLD")) + InsertImage(table, "OLD", 0));
     }
-    database.ExecuteAsIs("CREATE TEMP TRIGGER Aux_Step_New AFTER INSERT ON main.Aux_Step BEGIN " +
-                         DropUndone(tables) + "END");
+    database.ExecuteAsIs(
+        "CREATE TEMP TRIGGER Aux_Step_New AFTER INSERT ON main.Aux_Step WHEN EXISTS "
+        "(SELECT 1 FROM Aux_Step WHERE Undone = 1) BEGIN " +
+        DropUndone(tables) + "END");
 }
 
 bool HasTriggers(CDbBase& database) {

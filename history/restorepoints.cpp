@@ -168,10 +168,11 @@ bool MakeRestorePoint(CDbRec& database, PointReason reason) {
     return Prompts().AskBeforeLoss(MessageNoPoint, LoadMessage(MessageNoPoint) + why);
 }
 
-void MakeDailyPoint(CDbBase& database, std::string_view journal) {
+void MakeDailyPoint(CDbBase& database) {
     const std::string today = FormatTime(Clock().LocalNow(), NameFormat).substr(0, DaySize);
-    const std::vector<RestorePoint> points = ListRestorePoints(database.Path(), journal);
     try {
+        const std::string journal = JournalOf(database);
+        const std::vector<RestorePoint> points = ListRestorePoints(database.Path(), journal);
         if ((points.empty() || points.front().Name.substr(0, DaySize) != today) && HasRows(database)) {
             Make(database, journal, PointDaily);
         }

@@ -46,7 +46,7 @@ std::vector<RestorePoint> ListRestorePoints(std::string_view project, std::strin
 bool MakeRestorePoint(CDbRec& database, PointReason reason);
 // The day's first change is about to come: makes one unless today's is there. Tells once a day with message
 // 3381 if it can't.
-void MakeDailyPoint(CDbBase& database, std::string_view journal);
+void MakeDailyPoint(CDbBase& database);
 
 // All of today, one a day for a month, one a month; of all projects together not more than so many bytes, but
 // each keeps its newest.

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 
 #include "history/CJournal.h"
 #include "history/fileidentity.h"
+#include "history/heldpictures.h"
 #include "history/undo.h"
 #include "shell/CHostFiles.h"
 #include "shell/language.h"
@@ -135,6 +137,27 @@ NextSteps ReadNextSteps(CDbRec& database) {
         return {};
     }
     return {NextStep(database, true), NextStep(database, false)};
+}
+
+HistorySpace ReadHistorySpace(CDbRec& database) {
+    HistorySpace space;
+    if (!HasTable(database, "Aux_Journal") || !IsOwn(database)) {
+        return space;
+    }
+    space.Steps = database.ExecuteAsIs("SELECT count(*) AS Number FROM Aux_Step").GetLong("Number");
+    for (CDbCursor row = database.ExecuteAsIs("SELECT Path, Before, After FROM Aux_Picture"); !row.IsEof();
+         row.MoveNext()) {
+        const std::string path = row.GetText("Path");
+        for (const char* const slot : {"Before", "After"}) {
+            if (const std::string name = row.GetText(slot); IsHeldName(name)) {
+                std::error_code error;
+                const auto size =
+                    std::filesystem::file_size(HostFiles().HostPath(HeldPath(path, name)), error);
+                space.PictureBytes += error ? 0 : static_cast<std::int64_t>(size);
+            }
+        }
+    }
+    return space;
 }
 
 std::string StepPlace(const HistoryStep& step) {

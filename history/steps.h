@@ -65,6 +65,13 @@ StepResult RedoSteps(CDbRec& database, int count = 1);
 // Undoes or redoes until this step is the last that is done; 0 undoes all.
 StepResult GoToStep(CDbRec& database, std::int64_t number);
 
+// What the history takes beside the project.
+struct HistorySpace {
+    std::int32_t Steps = 0;
+    std::int64_t PictureBytes = 0;  // of files that are held
+};
+HistorySpace ReadHistorySpace(CDbRec& database);  // throws CDbError
+
 // Nothing of what was can be brought back, or read, afterwards. Failure shows message 3366.
 bool ForgetHistory(CDbRec& database);
 

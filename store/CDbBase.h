@@ -84,7 +84,9 @@ public:
     // A function without arguments that statements of this connection may use. It must not throw.
     void Define(const char* name, std::function<std::int64_t()> function);
     void Define(const char* name, std::function<std::string()> function);
-    bool IsInBatch() const { return m_batchDepth > 0; }
+    // Counts up whenever a batch begins; 0 outside of batches. What is remembered for the length of a
+    // batch carries it.
+    std::uint64_t BatchSerial() const { return m_batchDepth > 0 ? m_batchSerial : 0; }
     // Counts the rows that this connection has changed.
     std::int64_t ChangeCount() const;
     // The key that the last insert was given.
@@ -95,11 +97,6 @@ public:
     void Create(const std::string& hostPath, std::string_view password);
     // Without a file, gone with Close. Throws CDbError.
     void CreateInMemory();
-
-protected:
-    // Counts up whenever a batch begins; 0 outside of batches. What is remembered for the length of a
-    // batch carries it.
-    std::uint64_t BatchSerial() const { return m_batchDepth > 0 ? m_batchSerial : 0; }
 
 private:
     friend class CDbBatch;

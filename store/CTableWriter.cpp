@@ -1,26 +1,12 @@
 #include "store/CTableWriter.h"
 #include "store/engineerror.h"
+#include "store/sqltext.h"
 
 #include <sqlcipher/sqlite3.h>
 
 #include <cmath>
 
 #include "shell/numbers.h"
-
-namespace {
-
-std::string Quoted(const std::string& name) {
-    std::string text = "\"";
-    for (const char c : name) {
-        text += c;
-        if (c == '"') {
-            text += c;
-        }
-    }
-    return text + '"';
-}
-
-}  // namespace
 
 void CTableWriter::Finisher::operator()(sqlite3_stmt* statement) const {
     sqlite3_finalize(statement);
@@ -34,15 +20,15 @@ CTableWriter::CTableWriter(CDbBase& database, std::string table, const std::vect
     std::string names;
     for (const Column& column : columns) {
         const char* separator = names.empty() ? "" : ",";
-        definitions += separator + Quoted(column.Name) + ' ' + column.Declaration;
-        names += separator + Quoted(column.Name);
+        definitions += separator + QuoteSqlName(column.Name) + ' ' + column.Declaration;
+        names += separator + QuoteSqlName(column.Name);
         places += separator + std::string("?");
     }
     for (const Column& column : defaults) {
-        definitions += ',' + Quoted(column.Name) + ' ' + column.Declaration;
+        definitions += ',' + QuoteSqlName(column.Name) + ' ' + column.Declaration;
     }
-    m_database.Run("CREATE TABLE " + Quoted(m_table) + " (" + definitions + ")");
-    m_insert = Prepare("INSERT INTO " + Quoted(m_table) + " (" + names + ") VALUES (" + places + ")");
+    m_database.Run("CREATE TABLE " + QuoteSqlName(m_table) + " (" + definitions + ")");
+    m_insert = Prepare("INSERT INTO " + QuoteSqlName(m_table) + " (" + names + ") VALUES (" + places + ")");
 }
 
 CTableWriter::Statement CTableWriter::Prepare(const std::string& text) const {

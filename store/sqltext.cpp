@@ -87,6 +87,17 @@ std::string EscapeSqlQuoted(std::string_view text) {
     return DoubleQuotes(text, '"');
 }
 
+std::string QuoteSqlName(std::string_view name) {
+    std::string text = "\"";
+    for (const char c : name) {
+        text += c;
+        if (c == '"') {
+            text += c;
+        }
+    }
+    return text + '"';
+}
+
 std::string EscapeSqlPath(std::string_view path) {
     std::string text = LowerCase(path);
     std::replace(text.begin(), text.end(), '/', '\\');

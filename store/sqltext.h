@@ -14,6 +14,8 @@ std::string EscapeSqlText(std::string_view text);
 // For texts that stand in double quotes in a statement: `"` is doubled, so that a code is a value whatever it
 // holds. A text ends at its first zero character.
 std::string EscapeSqlQuoted(std::string_view text);
+// A name of a table or column in double quotes, as statements in the engine's own dialect take it.
+std::string QuoteSqlName(std::string_view name);
 // For the picture and video paths of records: lower case, "\" as separator, then as EscapeSqlText.
 std::string EscapeSqlPath(std::string_view path);
 // Distances and times with 3 decimals, positions with 12. What isn't finite stands as a quoted text that

@@ -9,6 +9,7 @@
 #include "fieldimport/gpssheet.h"
 #include "geo/mapview/mapcontent.h"
 #include "geo/shapefile/shapeexport.h"
+#include "history/restorepoints.h"
 #include "reports/collectreport.h"
 #include "shell/numbers.h"
 #include "shell/paths.h"
@@ -44,6 +45,9 @@ int RunImportGps(const CommandContext& context) {
     CDbRec database;
     OpenProject(database, context, arguments.Places()[0]);
     GpsImport result;
+    if (!MakeRestorePoint(database, PointImport)) {
+        return 1;
+    }
     if (!ImportGpsSheet(database, PathArgument(context, arguments.Places()[1]), result)) {
         return 1;
     }

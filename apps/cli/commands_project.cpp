@@ -8,10 +8,12 @@
 #include "apps/cli/CTextTable.h"
 #include "apps/cli/commands.h"
 #include "fieldimport/acquisitionimport.h"
+#include "history/restorepoints.h"
 #include "shell/numbers.h"
 #include "store/CDbRec.h"
 #include "store/projectdocument.h"
 #include "store/recordjson.h"
+#include "store/stepnames.h"
 
 namespace {
 
@@ -25,6 +27,11 @@ int RunImportXml(const CommandContext& context) {
     CDbRec database;
     OpenProject(database, context, arguments.Places()[0]);
     const auto sink = [&](const std::string& line) { context.Err << line << '\n'; };
+    const bool several = arguments.Places().size() > 2;
+    if (several && !MakeRestorePoint(database, PointImport)) {
+        return 1;
+    }
+    const CDbStep step(database, StepImportField);
     int refused = 0;
     for (std::size_t i = 1; i < arguments.Places().size(); ++i) {
         const std::string& file = arguments.Places()[i];

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -11,6 +12,7 @@
 #include "defects/CRecordPictures.h"
 #include "defects/defectform.h"
 #include "defects/tools.h"
+#include "shell/dialogs/CFormDraft.h"
 #include "shell/dialogs/CSizeDlg.h"
 #include "store/records/records.h"
 
@@ -38,6 +40,8 @@ public:
     CRecordPictures Pictures{Record};
     // What gives a section without a length one, in metres; nothing if it can't. The window offers it then.
     std::function<std::optional<float>()> GiveLength;
+    // Where what is typed is kept until the window ends; with values, what a crash left.
+    FormDraft Draft;
 
 protected:
     void OnInitDialog() override;
@@ -60,6 +64,7 @@ private:
 
     void FillPictures();
     void SelectDefect();
+    void BeginDraft();
     void ShowHours();
 
     void OnNameChange();
@@ -100,6 +105,7 @@ private:
     double m_firstTime = -1.0;            // of the first picture that was deleted last; -1: none was
     bool m_anyPicture = false;
     bool m_choosingColour = false;
+    std::unique_ptr<CFormDraft> m_draft;
 
     // Children.
     CCtrlPic* m_canvas;

@@ -12,6 +12,7 @@
 #include "defects/dialogs/C12Clock.h"
 #include "defects/dialogs/CCtrlPic.h"
 #include "defects/dialogs/CDlgEdit.h"
+#include "defects/dialogs/draftpictures.h"
 #include "defects/edittools.h"
 #include "defects/manhole.h"
 #include "defects/picturesteps.h"
@@ -69,8 +70,49 @@ void CDlgEdit::OnInitDialog() {
     m_pictures->setCurrentIndex(m_pictures->count() > 0 ? 0 : -1);
     OnPictureChange();
     SetCaption(m_add ? 2100 : 2101);
+    BeginDraft();
     m_names->setFocus();
     m_names->lineEdit()->selectAll();
+}
+
+void CDlgEdit::BeginDraft() {
+    if (Draft.Kind.empty()) {
+        return;
+    }
+    m_draft = std::make_unique<CFormDraft>(*this, std::move(Draft));
+    m_draft->Keep(
+        "code", [this] { return NameIndex() < 0 ? std::string() : m_choices[At(NameIndex())].Code; },
+        [this](const std::string& code) {
+            if (const int index = FindChoice(m_choices, code); index >= 0 && index != NameIndex()) {
+                m_names->setCurrentIndex(index);
+                OnNameChange();
+            }
+        });
+    m_draft->Keep(
+        "grade", [this] { return FormatInt(GradeIndex()); },
+        [this](const std::string& grade) {
+            const auto index = static_cast<int>(ParseInt(grade));
+            m_grades->setCurrentIndex(index < m_grades->count() ? index : -1);
+            ShowLevelText(m_grades->currentIndex());
+        });
+    m_draft->Keep(
+        "clock",
+        [this] { return FormatInt(m_clock->GetStartHour()) + " " + FormatInt(m_clock->GetEndHour()); },
+        [this](const std::string& hours) {
+            m_clock->SetStartHour(static_cast<int>(ParseInt(hours)));
+            m_clock->SetEndHour(
+                static_cast<int>(ParseInt(std::string_view(hours).substr(hours.find(' ') + 1))));
+            ShowHours();
+        });
+    for (const int id : {Id::Comment, Id::StartDistance, Id::EndDistance, Id::Longitude, Id::Latitude,
+                         ManholeControl::Number}) {
+        m_draft->KeepControl(id);
+    }
+    for (const ManholeList& list : ManholeLists()) {
+        m_draft->KeepControl(list.Control);
+    }
+    KeepPictures(*m_draft, Record, Pictures);
+    m_draft->Begin();
 }
 
 void CDlgEdit::SelectDefect() {

@@ -12,6 +12,7 @@
 
 #include "controls/CButtonST.h"
 #include "defects/dialogs/CCtrlPic.h"
+#include "defects/dialogs/draftpictures.h"
 #include "defects/manhole.h"
 #include "defects/picturesteps.h"
 #include "shell/CPrompts.h"
@@ -160,7 +161,23 @@ void CJcjDlg::OnInitDialog() {
     FillPictures();
     ShowPicture(0);
     Item<QLineEdit>(ManholeControl::Number)->setText(ToQt(Record.JcjNo));
+    BeginDraft();
     m_names->setFocus();
+}
+
+void CJcjDlg::BeginDraft() {
+    if (Draft.Kind.empty()) {
+        return;
+    }
+    m_draft = std::make_unique<CFormDraft>(*this, std::move(Draft));
+    for (const int id : {IdName, IdGrade, IdComment, ManholeControl::Number}) {
+        m_draft->KeepControl(id);
+    }
+    for (const ManholeList& list : ManholeLists()) {
+        m_draft->KeepControl(list.Control);
+    }
+    KeepPictures(*m_draft, Record, Pictures);
+    m_draft->Begin();
 }
 
 void CJcjDlg::OnNameChange() {

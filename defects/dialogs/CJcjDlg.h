@@ -5,6 +5,7 @@
 #include <string>
 
 #include "defects/CRecordPictures.h"
+#include "shell/dialogs/CFormDraft.h"
 #include "shell/dialogs/CSizeDlg.h"
 #include "store/records/records.h"
 
@@ -23,6 +24,8 @@ public:
     // What the form opens with. A new one has its picture and video in here, a stored one all it has.
     _REC_DATA Record;
     CRecordPictures Pictures{Record};
+    // As in CDlgEdit.
+    FormDraft Draft;
 
 protected:
     void OnInitDialog() override;
@@ -34,6 +37,7 @@ private:
     QLayout* MakePictureBar();
     QComboBox* AddBox(int id);
     void ApplyCaptions();
+    void BeginDraft();
     void FillPictures();
     void ShowPicture(int index);
     void OnNameChange();
@@ -47,6 +51,7 @@ private:
     CDbRec& m_database;
     std::int32_t m_id;
     std::string m_folder;
+    std::unique_ptr<CFormDraft> m_draft;
 
     // Children.
     QComboBox* m_names = nullptr;

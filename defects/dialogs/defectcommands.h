@@ -7,6 +7,7 @@
 #include "store/records/records.h"
 
 class CDbRec;
+struct FormDraft;
 class QWidget;
 
 // At `seconds` of the video, whose player has been paused. True if a record was stored.
@@ -18,3 +19,9 @@ bool NewManholeDefect(CDbRec& database, const _TESTING_DATA& section, std::strin
 // True if the list of defects is to be filled anew: also after Cancel, since pictures may have changed, but
 // not for a manhole, whose changes show when the section is selected next.
 bool EditDefect(CDbRec& database, const _TESTING_DATA& section, const _REC_DATA& record, QWidget* parent);
+
+// The window of a defect or a manhole once more, with what was typed there before a crash. The draft has
+// ended then. False, after message 3473, if its section or record isn't there any more.
+inline constexpr const char* DefectDraft = "defect";
+inline constexpr const char* ManholeDraft = "manhole";
+bool ResumeDefect(CDbRec& database, const FormDraft& draft, QWidget* parent);

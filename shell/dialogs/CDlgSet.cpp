@@ -80,6 +80,9 @@ CDlgSet::CDlgSet(QWidget* parent) : CSizeDlg(parent) {
     grid->addWidget(languageLabel, 1, 0);
     grid->addWidget(language, 1, 1, Qt::AlignLeft);
     grid->setColumnStretch(1, 1);
+    auto* kept = AddControl(IdKeptLabel, new QLabel(this));
+    auto* clearKept = AddControl(IdClearKept, new QPushButton(this));
+    clearKept->setAutoDefault(false);
     auto* driveRow = new QHBoxLayout;
     driveRow->addWidget(m_letter);
     driveRow->addWidget(setDrive);
@@ -92,8 +95,17 @@ CDlgSet::CDlgSet(QWidget* parent) : CSizeDlg(parent) {
     column->addWidget(m_drives, 1);
     column->addLayout(driveRow);
     column->addSpacing(column->spacing());
+    auto* keptRow = new QHBoxLayout;
+    keptRow->addWidget(kept, 1);
+    keptRow->addWidget(clearKept);
+    column->addLayout(keptRow);
+    column->addSpacing(column->spacing());
     column->addLayout(MakeOkCancelRow());
 
+    OnCommand(IdClearKept, [this] {
+        ClearKept();
+        ShowKept();
+    });
     OnCommand(IdBrowse, [this] { OnBrowse(); });
     OnCommand(IdSetDrive, [this] { OnSetDrive(); });
     OnCommand(IdRemoveDrive, [this] { OnRemoveDrive(); });
@@ -110,7 +122,8 @@ void CDlgSet::OnInitDialog() {
                  {IdLanguageLabel, 1202},
                  {IdDrivesLabel, 3066},
                  {IdSetDrive, 3069},
-                 {IdRemoveDrive, 3070}});
+                 {IdRemoveDrive, 3070},
+                 {IdClearKept, 3468}});
     SetTip(IdBrowse, 3073);
     SetTip(IdLanguage, 3074);
     SetTip(IdSetDrive, 3078);
@@ -124,6 +137,16 @@ void CDlgSet::OnInitDialog() {
     FillDrives();
     m_letter->setCurrentIndex(m_letter->findData(QChar(UsualLetter)));
     UpdateControls();
+    ShowKept();
+}
+
+void CDlgSet::ShowKept() {
+    const bool shown = KeptText != nullptr && ClearKept != nullptr;
+    GetDlgItem(IdKeptLabel)->setVisible(shown);
+    GetDlgItem(IdClearKept)->setVisible(shown);
+    if (shown) {
+        Item<QLabel>(IdKeptLabel)->setText(ToQt(KeptText()));
+    }
 }
 
 void CDlgSet::FillLanguages() {

@@ -2,6 +2,7 @@
 // languages shows what is in force. Changes of drives wait for OK like everything else.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 
@@ -23,7 +24,15 @@ public:
     static constexpr int IdSetDrive = 1504;
     static constexpr int IdRemoveDrive = 1505;
 
+    static constexpr int IdKeptLabel = 5055;
+    static constexpr int IdClearKept = 5056;
+
     explicit CDlgSet(QWidget* parent = nullptr);
+
+    // What the open project keeps for undoing, in words, and how it is cleared; a row of their own shows
+    // them. It is done at once, whatever button ends the window. By default there is none.
+    std::function<std::string()> KeptText;
+    std::function<void()> ClearKept;
 
 protected:
     void OnInitDialog() override;
@@ -37,6 +46,7 @@ private:
     void OnRemoveDrive();
     void OnDriveSelected();
     void UpdateControls();
+    void ShowKept();
     char Letter() const;
     bool StoreDrives();
 

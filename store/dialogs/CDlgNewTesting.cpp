@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QShortcut>
 #include <QSignalBlocker>
+#include <sstream>
 
 #include "shell/CPrompts.h"
 #include "shell/dialogs/qttext.h"
@@ -231,8 +232,49 @@ void CDlgNewTesting::OnInitDialog() {
     ShowWells(ShownWells(m_form));
     GetDlgItem(IdAdd)->setVisible(isNew);
     GetDlgItem(IdRemove)->setVisible(isNew);
+    BeginDraft();
     EnableControls();
     GetDlgItem(Id::Name)->setFocus();
+}
+
+// Of new sections the videos too, with their manholes; the video of a stored one isn't changed here.
+void CDlgNewTesting::BeginDraft() {
+    if (Draft.Kind.empty()) {
+        return;
+    }
+    m_draft = std::make_unique<CFormDraft>(*this, std::move(Draft));
+    m_draft->Keep(
+        "videos",
+        [this] {
+            KeepTypedWells();
+            std::string text;
+            for (std::size_t i = 0; i < m_form.Videos.size(); ++i) {
+                text += m_form.Videos[i] + "\n" + m_form.Wells[i].Start + "\n" + m_form.Wells[i].End + "\n";
+            }
+            return text;
+        },
+        [this](const std::string& text) {
+            std::istringstream lines(text);
+            std::string video;
+            WellPair wells;
+            m_form.Videos.clear();
+            m_form.Wells.clear();
+            while (std::getline(lines, video) && std::getline(lines, wells.Start) &&
+                   std::getline(lines, wells.End)) {
+                m_form.Videos.push_back(video);
+                m_form.Wells.push_back(wells);
+            }
+            m_form.SelectedRow = m_form.Videos.empty() ? -1 : 0;
+            ShowVideos();
+            ShowWells(ShownWells(m_form));
+        });
+    for (const int id : TextControls) {
+        m_draft->KeepControl(id);
+    }
+    for (const int id : {Id::DetectionLength, Id::Date}) {
+        m_draft->KeepControl(id);
+    }
+    m_draft->Begin();
 }
 
 SectionTexts CDlgNewTesting::TextsShown() const {

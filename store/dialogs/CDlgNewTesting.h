@@ -3,8 +3,10 @@
 // changed, its video apart. The database isn't touched: the caller stores what comes back.
 #pragma once
 
+#include <memory>
 #include <vector>
 
+#include "shell/dialogs/CFormDraft.h"
 #include "shell/dialogs/CSizeDlg.h"
 #include "store/records/records.h"
 #include "store/sectionform.h"
@@ -22,6 +24,8 @@ public:
     // In and out; Cancel leaves them as they are.
     std::vector<_TESTING_DATA> Sections;
     int NewFlag = 0;  // 1: new sections
+    // Where what is typed is kept until the window ends; with values, what a crash left.
+    FormDraft Draft;
 
 protected:
     void OnInitDialog() override;
@@ -37,6 +41,7 @@ private:
     void MakeShortcuts();
     void ApplyCaptions();
 
+    void BeginDraft();
     void OnAddVideos();
     void OnRemoveVideo();
     void OnSelectVideo();
@@ -55,4 +60,5 @@ private:
     SectionForm m_form;
     int m_unread = 0;  // the control that the last reading stopped at
     QListWidget* m_videos = nullptr;
+    std::unique_ptr<CFormDraft> m_draft;
 };

@@ -2,40 +2,25 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <map>
-#include <random>
 
 #include "defects/picturesteps.h"
 #include "defects/recordchanges.h"
-#include "history/CJournal.h"
 #include "history/steps.h"
 #include "shell/CHostFiles.h"
 #include "store/CDbError.h"
 #include "store/CDbRec.h"
-#include "store/projectdocument.h"
 #include "store/stepnames.h"
+#include "tests/history/CHistoryTest.h"
 #include "tests/support/CFullDisk.h"
-#include "tests/support/CTestFolder.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using Outcome = StepResult::Outcome;
 
-class HistoryTest : public testing::Test {
+class HistoryTest : public CHistoryTest {
 protected:
-    HistoryTest() { Open(); }
-
-    void Open() {
-        Database.Close();
-        ASSERT_TRUE(Database.OpenDatabase(Path, CDbPassword));
-    }
-    std::string Dump() {
-        std::string text;
-        EXPECT_TRUE(DumpProject(Database, [&](std::string_view part) { text += part; }));
-        return text;
-    }
     // All files of the folder of pictures and what is in them; without those that are held.
     std::map<std::string, std::string> Pictures() const {
         std::map<std::string, std::string> files;
@@ -50,36 +35,15 @@ protected:
         const fs::path folder = Folder.Host("v/.drovane-held");
         return fs::exists(folder) ? static_cast<int>(std::distance(fs::directory_iterator(folder), {})) : 0;
     }
-    std::int32_t AddSection(const std::string& well) {
-        _TESTING_DATA section;
-        section.StartWell = well;
-        section.EndWell = well + "b";
-        EXPECT_TRUE(Database.AddTesting(section));
-        return Database.LastInsertId();
-    }
-    _REC_DATA AddRecord(std::int32_t section, const std::string& picture = {}) {
-        _REC_DATA record;
-        record.TestingID = section;
-        record.DefectCode = "PL";
-        record.DefectType = "JG";
-        record.DistanceStart = 12.4F;
-        if (!picture.empty()) {
-            record.AddPicture(Folder.WriteFile("v/" + picture, "picture " + picture), 1.5);
-            NoteMadeForUndo(Database, {record.GetPicture1()});
-        }
-        EXPECT_TRUE(Database.AddRecord(record));
-        record.ID = Database.LastInsertId();
-        return record;
+    // With a picture that came into being with it.
+    _REC_DATA AddPictured(std::int32_t section, const std::string& name) {
+        const std::string picture = Folder.WriteFile("v/" + name, "picture " + name);
+        NoteMadeForUndo(Database, {picture});
+        return AddRecord(section, picture);
     }
     std::vector<HistoryStep> Steps() { return ReadHistory(Database).Steps; }
     Outcome Undo(int count = 1) { return UndoSteps(Database, count).Result; }
     Outcome Redo(int count = 1) { return RedoSteps(Database, count).Result; }
-
-    CTestFolder Folder;
-    CJournals Journals;
-    CChangeWatchesScope Scope{Journals};
-    std::string Path = Folder.MakeProject();
-    CDbRec Database;
 };
 
 TEST_F(HistoryTest, BringsBackADeletedSectionAlsoTomorrow) {
@@ -188,7 +152,7 @@ TEST_F(HistoryTest, BelongsToOneFile) {
 
 TEST_F(HistoryTest, PicturesComeAndGoWithTheirRows) {
     const std::int32_t section = AddSection("W1");
-    const _REC_DATA record = AddRecord(section, "A.jpg");
+    const _REC_DATA record = AddPictured(section, "A.jpg");
     const auto both = Pictures();
     ASSERT_TRUE(DeleteDefect(Database, record));
     EXPECT_TRUE(Pictures().empty());
@@ -233,7 +197,7 @@ TEST_F(HistoryTest, PicturesComeAndGoWithTheirRows) {
 
 TEST_F(HistoryTest, FinishesWhatACrashLeft) {
     const std::int32_t section = AddSection("W1");
-    const _REC_DATA record = AddRecord(section, "a.jpg");
+    const _REC_DATA record = AddPictured(section, "a.jpg");
     const auto before = Pictures();
     // The row is gone, the file isn't yet.
     ASSERT_TRUE(KeepForUndo(Database, {record.GetPicture1()}));
@@ -256,6 +220,19 @@ TEST_F(HistoryTest, FinishesWhatACrashLeft) {
     DropKept(Database);
     EXPECT_EQ(HeldFiles(), 0);
     EXPECT_EQ(Undo(2), Outcome::Done);
+}
+
+// In one run that never closes the project, too.
+TEST_F(HistoryTest, KeepsTheNewestSteps) {
+    for (int i = 0; i < 1300; ++i) {
+        AddSection("W" + std::to_string(i));
+    }
+    EXPECT_LE(Steps().size(), 1256U);
+    Open();
+    EXPECT_EQ(Steps().size(), 1000U);
+    EXPECT_EQ(Undo(1001), Outcome::Nothing);
+    EXPECT_EQ(Undo(1000), Outcome::Done);
+    EXPECT_EQ(Redo(1000), Outcome::Done);
 }
 
 TEST_F(HistoryTest, AFullDiskLeavesTheChangeWithItsStepOrNeither) {

@@ -4,15 +4,13 @@
 #include <filesystem>
 
 #include "defects/recordchanges.h"
-#include "history/CJournal.h"
 #include "history/comparison.h"
 #include "history/restorepoints.h"
 #include "history/steps.h"
 #include "store/CDbError.h"
 #include "store/CDbRec.h"
-#include "store/projectdocument.h"
+#include "tests/history/CHistoryTest.h"
 #include "tests/support/CFullDisk.h"
-#include "tests/support/CTestFolder.h"
 
 namespace {
 
@@ -20,41 +18,9 @@ namespace fs = std::filesystem;
 using std::chrono::days;
 using std::chrono::hours;
 
-class RestorePoints : public testing::Test {
+class RestorePoints : public CHistoryTest {
 protected:
-    RestorePoints() { EXPECT_TRUE(Database.OpenDatabase(Path, CDbPassword)); }
-
-    std::string Dump(CDbRec& database) {
-        std::string text;
-        EXPECT_TRUE(DumpProject(database, [&](std::string_view part) { text += part; }));
-        return text;
-    }
-    std::int32_t AddSection(const std::string& well) {
-        _TESTING_DATA section;
-        section.StartWell = well;
-        section.EndWell = well + "b";
-        EXPECT_TRUE(Database.AddTesting(section));
-        return Database.LastInsertId();
-    }
-    _REC_DATA AddRecord(std::int32_t section, const std::string& picture = {}) {
-        _REC_DATA record;
-        record.TestingID = section;
-        record.DefectCode = "PL";
-        record.DefectType = "JG";
-        if (!picture.empty()) {
-            record.AddPicture(picture, 1.5);
-        }
-        EXPECT_TRUE(Database.AddRecord(record));
-        record.ID = Database.LastInsertId();
-        return record;
-    }
     std::vector<RestorePoint> Points() { return ListRestorePoints(Path); }
-
-    CTestFolder Folder;
-    CJournals Journals;
-    CChangeWatchesScope Scope{Journals};
-    std::string Path = Folder.MakeProject();
-    CDbRec Database;
 };
 
 TEST_F(RestorePoints, AreMadeOnceADayBeforeTheFirstChange) {

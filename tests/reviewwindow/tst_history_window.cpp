@@ -1,4 +1,5 @@
 // Undo, redo and the history in the review window, by its keys and buttons.
+#include <QLabel>
 #include <QTest>
 #include <QTreeWidget>
 
@@ -8,6 +9,7 @@
 #include "history/dialogs/CDlgRestorePoints.h"
 #include "lists/CListCtrl.h"
 #include "shell/CHostFiles.h"
+#include "shell/dialogs/CDlgSet.h"
 #include "tests/reviewwindow/CReviewTest.h"
 #include "workbench/dialogs/reviewcommands.h"
 
@@ -142,6 +144,20 @@ TEST_F(HistoryWindow, ListsTheStepsAndLeadsToAnyOfThem) {
     EXPECT_EQ(List(window).SelectedSection()->ID, 2);
     EXPECT_EQ(DefectsOf(window).RowCount(), 2);
     EXPECT_EQ(Folder.ReadFile("job/picture/3.jpg"), "jpeg");
+
+    // The settings tell what is kept, and clear it.
+    Folder.Prompts.ExpectQuestion(3469, true);
+    InNextDialog([&](CSizeDlg& dialog) {
+        auto* kept = dialog.Item<QLabel>(CDlgSet::IdKeptLabel);
+        EXPECT_TRUE(kept->text().contains("2 个步骤")) << kept->text().toStdString();
+        ExpectNothingCut(dialog);
+        Photograph(dialog, "settings-kept");
+        Press(dialog, CDlgSet::IdClearKept);
+        EXPECT_TRUE(kept->text().contains("0 个步骤"));
+        Press(dialog, CSizeDlg::IdCancel);
+    });
+    Press(window, 1081);
+    EXPECT_FALSE(IsEnabled(window, CommandUndo));
 
     // One opened to look at can't be changed.
     InNextDialog([&](CSizeDlg& dialog) {

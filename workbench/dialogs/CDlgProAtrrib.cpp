@@ -23,10 +23,13 @@
 #include "lists/CDefectList.h"
 #include "lists/CTestingList.h"
 #include "reports/CRecExport.h"
+#include "shell/CHostFiles.h"
 #include "shell/CPrompts.h"
 #include "shell/dialogs/CDlgStart.h"
 #include "shell/dialogs/qttext.h"
 #include "shell/language.h"
+#include "shell/paths.h"
+#include "shell/seams.h"
 #include "shell/textcodec.h"
 #include "store/CDbError.h"
 #include "workbench/dialogs/reviewcommands.h"
@@ -228,7 +231,10 @@ void CDlgProAtrrib::showEvent(QShowEvent* event) {
     CSizeDlg::showEvent(event);
     if (!m_split) {
         m_split = true;  // from then on the operator's
-        QTimer::singleShot(0, this, [this] { SplitReview(); });
+        QTimer::singleShot(0, this, [this] {
+            SplitReview();
+            OfferDrafts();
+        });
     }
 }
 
@@ -307,6 +313,28 @@ bool CDlgProAtrrib::OpenProject(std::string_view path) {
         (void)SelectSection(sections[sections.GetSize() - 1].ID);
     }
     return true;
+}
+
+void CDlgProAtrrib::OfferDrafts() {
+    for (FormDraft& draft : FindDrafts()) {
+        if (!HostFiles().Exists(draft.Project)) {
+            DropDraft(draft);
+            continue;
+        }
+        const std::string text =
+            FillText(LoadMessage(MessageDraftFound), {draft.Time, GetFileName(draft.Project)});
+        if (!Prompts().AskOkCancel(MessageDraftFound, text)) {
+            DropDraft(draft);
+            continue;
+        }
+        if (!EqualNoCase(draft.Project, ProjectPath()) && !OpenProject(draft.Project)) {
+            continue;  // it stays for the next start
+        }
+        (void)SelectSection(draft.Section);
+        Resuming = std::move(draft);
+        Run(CommandResume);
+        Resuming = {};
+    }
 }
 
 void CDlgProAtrrib::UpdateTitle() {

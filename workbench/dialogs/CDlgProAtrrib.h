@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "shell/dialogs/CFormDraft.h"
 #include "shell/dialogs/CSizeDlg.h"
 #include "workbench/CReviewScreen.h"
 #include "workbench/CReviewSession.h"
@@ -45,6 +46,11 @@ public:
     // lists are fresh, and the operator stands where he stood or on what was made, with the focus there.
     void Run(int id);
     void Close();
+    // What was typed in windows that ended with a crash: asks for each (3474) whether to go on with it; a
+    // draft that isn't wanted goes.
+    void OfferDrafts();
+    // The draft that is gone on with.
+    FormDraft Resuming;
 
     bool OnControlMessage(int message, std::intptr_t wParam, std::intptr_t lParam) override;
 

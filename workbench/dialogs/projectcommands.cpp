@@ -7,6 +7,8 @@
 #include "fieldimport/gpsimport.h"
 #include "geo/dialogs/CDlgMap.h"
 #include "geo/dialogs/CDlgSelTesting.h"
+#include "history/restorepoints.h"
+#include "history/steps.h"
 #include "reports/CRecExport.h"
 #include "reports/dialogs/CDlgExport.h"
 #include "reports/excel/excelexport.h"
@@ -17,7 +19,9 @@
 #include "shell/dialogs/CDlgSet.h"
 #include "shell/dialogs/CWaitCursor.h"
 #include "shell/language.h"
+#include "shell/numbers.h"
 #include "shell/seams.h"
+#include "store/CDbError.h"
 #include "store/catalogue.h"
 #include "store/dialogs/CDlgNewPro.h"
 #include "store/dialogs/CDlgProject.h"
@@ -37,6 +41,23 @@ bool RunMap(CDbRec& database, const std::string& title, QWidget* parent, std::in
     section = dialog.ChosenSection;
     record = dialog.ChosenRecord;
     return true;
+}
+
+constexpr int MessageKept = 3466;
+constexpr int MessageKeptSpace = 3467;
+constexpr int MessageClearKept = 3469;
+
+std::string KeptForUndo(CDbRec& database) {
+    HistorySpace space;
+    try {
+        space = ReadHistorySpace(database);
+    } catch (const CDbError&) {
+        // Clearing it tells why.
+    }
+    return LoadMessage(MessageKept) + " " +
+           FillText(LoadMessage(MessageKeptSpace),
+                    {FormatInt(space.Steps),
+                     FormatNumber(static_cast<double>(space.PictureBytes) / (1 << 20), 1)});
 }
 
 }  // namespace
@@ -115,6 +136,10 @@ void ImportGpsCommand(CDlgProAtrrib& window) {
     if (path.empty()) {
         return;
     }
+    // It changes any number of sections.
+    if (!MakeRestorePoint(*window.Session().Database(), PointImport)) {
+        return;
+    }
     const CReviewSession::Place place = window.Session().GetPlace();
     GpsImport result;
     bool done = false;
@@ -172,7 +197,17 @@ void MapCommand(CDlgProAtrrib& window) {
 }
 
 void SettingsCommand(CDlgProAtrrib& window) {
-    (void)CDlgSet(&window).DoModal();
+    CDlgSet dialog(&window);
+    CRecExport* const database = window.Session().Database();
+    if (database != nullptr && !window.Session().IsReadOnly()) {
+        dialog.KeptText = [database] { return KeptForUndo(*database); };
+        dialog.ClearKept = [database] {
+            if (AskBeforeLoss(MessageClearKept)) {
+                (void)ForgetHistory(*database);
+            }
+        };
+    }
+    (void)dialog.DoModal();
 }
 
 void AboutCommand(CDlgProAtrrib& window) {

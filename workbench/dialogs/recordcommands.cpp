@@ -37,6 +37,16 @@ void NewManholeDefectCommand(CDlgProAtrrib& window) {
     (void)NewManholeDefect(*window.Session().Database(), section, window.Player().URL(), seconds, &window);
 }
 
+void ResumeCommand(CDlgProAtrrib& window) {
+    const FormDraft& draft = window.Resuming;
+    if (draft.Kind == SectionDraft) {
+        ResumeSection(window, draft);
+    } else {
+        (void)ResumeDefect(*window.Session().Database(), draft, &window);
+    }
+    DropDraft(draft);  // also where there was no window for it any more
+}
+
 void DeleteDefectCommand(CDlgProAtrrib& window) {
     CRecExport& database = *window.Session().Database();
     if (const auto record = StoredRecord(database, *window.DefectList().SelectedRecord())) {

@@ -9,6 +9,7 @@
 #include "workbench/CReviewSession.h"
 
 class CDlgProAtrrib;
+struct FormDraft;
 
 struct ReviewCommand {
     int Id;
@@ -46,6 +47,7 @@ inline constexpr int CommandDeleteDefect = 1030;
 inline constexpr int CommandUndo = 5040;
 inline constexpr int CommandRedo = 5041;
 inline constexpr int CommandHistory = 5042;
+inline constexpr int CommandResume = 5054;
 inline constexpr int CommandSortByWells = 32782;
 inline constexpr int CommandRenumber = 0x8D2;  // rows were dragged
 
@@ -80,6 +82,11 @@ void UndoCommand(CDlgProAtrrib& window);
 void RedoCommand(CDlgProAtrrib& window);
 void HistoryCommand(CDlgProAtrrib& window);
 
+// What was typed before a crash: the draft that the window offered (CDlgProAtrrib::Resuming).
+void ResumeCommand(CDlgProAtrrib& window);
+inline constexpr const char* SectionDraft = "section";
+void ResumeSection(CDlgProAtrrib& window, const FormDraft& draft);
+
 // The window's own texts.
 inline constexpr int MessageNoProject = 3050;
 inline constexpr int MessageNoSections = 3051;
@@ -99,5 +106,6 @@ inline constexpr int MessageReadOnlyTitle = 3333;
 inline constexpr int MessageReadOnlyTip = 3334;
 inline constexpr int MessageNotImported = 3335;
 inline constexpr int MessageImportNotes = 3336;
+inline constexpr int MessageDraftFound = 3474;
 inline constexpr int MessageNothingToUndo = 3385;
 inline constexpr int MessageNothingToRedo = 3386;

@@ -1,6 +1,7 @@
 // The review window's commands on sections.
 #include "lists/CTestingList.h"
 #include "reports/CRecExport.h"
+#include "shell/CPrompts.h"
 #include "shell/dialogs/CProgressDlg.h"
 #include "shell/dialogs/qttext.h"
 #include "store/dialogs/CDlgNewTesting.h"
@@ -8,9 +9,22 @@
 #include "workbench/dialogs/CDlgProAtrrib.h"
 #include "workbench/dialogs/reviewcommands.h"
 
-void NewSectionsCommand(CDlgProAtrrib& window) {
+namespace {
+
+constexpr int MessageDraftWithout = 3473;
+
+FormDraft DraftOf(CDlgProAtrrib& window, std::int32_t section) {
+    FormDraft draft;
+    draft.Kind = SectionDraft;
+    draft.Project = window.ProjectPath();
+    draft.Section = section;
+    return draft;
+}
+
+void AddSections(CDlgProAtrrib& window, FormDraft draft) {
     CDlgNewTesting dialog(&window);
     dialog.NewFlag = 1;
+    dialog.Draft = std::move(draft);
     if (dialog.DoModal() != CSizeDlg::IdOk) {
         return;
     }
@@ -20,6 +34,35 @@ void NewSectionsCommand(CDlgProAtrrib& window) {
     });
 }
 
+void ChangeSection(CDlgProAtrrib& window, const _TESTING_DATA& section, FormDraft draft) {
+    CDlgNewTesting dialog(&window);
+    dialog.Sections = {section};
+    dialog.Draft = std::move(draft);
+    if (dialog.DoModal() == CSizeDlg::IdOk && !dialog.Sections.empty()) {
+        (void)window.Session().Database()->UpdateTesting(dialog.Sections.front());
+    }
+}
+
+}  // namespace
+
+void ResumeSection(CDlgProAtrrib& window, const FormDraft& draft) {
+    if (draft.Section < 0) {
+        AddSections(window, draft);
+        return;
+    }
+    for (const _TESTING_DATA& section : window.SectionList().Sections()) {
+        if (section.ID == draft.Section) {
+            ChangeSection(window, section, draft);
+            return;
+        }
+    }
+    ShowMessage(MessageDraftWithout);
+}
+
+void NewSectionsCommand(CDlgProAtrrib& window) {
+    AddSections(window, DraftOf(window, -1));
+}
+
 void DeleteSectionCommand(CDlgProAtrrib& window) {
     const _TESTING_DATA section = *window.SectionList().SelectedSection();
     window.Session().UnloadVideo();
@@ -27,11 +70,8 @@ void DeleteSectionCommand(CDlgProAtrrib& window) {
 }
 
 void SectionPropertiesCommand(CDlgProAtrrib& window) {
-    CDlgNewTesting dialog(&window);
-    dialog.Sections = {*window.SectionList().SelectedSection()};
-    if (dialog.DoModal() == CSizeDlg::IdOk && !dialog.Sections.empty()) {
-        (void)window.Session().Database()->UpdateTesting(dialog.Sections.front());
-    }
+    const _TESTING_DATA section = *window.SectionList().SelectedSection();
+    ChangeSection(window, section, DraftOf(window, section.ID));
 }
 
 void CalculateGpsCommand(CDlgProAtrrib& window) {
