@@ -19,6 +19,7 @@
 #include "shell/dialogs/qttext.h"
 #include "shell/programfolder.h"
 #include "shell/seams.h"
+#include "shell/settings.h"
 #include "workbench/dialogs/CDlgProAtrrib.h"
 #include "live/dialogs/CDrovaneDlg.h"
 
@@ -42,6 +43,7 @@ int RunProgram(int argc, char** argv) {
     CJournals journals;
     const CChangeWatchesScope watchesScope(journals);
     EnterProgramFolder(folder);
+    LoadSettings();  // the first text that is asked for fills the table, in the language that is known then
     gui.SpeakLanguage();
     QApplication::setWindowIcon(QIcon(ToQt(files.HostPath("ui\\drovane.png"))));
 
