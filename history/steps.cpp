@@ -10,12 +10,15 @@
 #include "history/undo.h"
 #include "shell/CHostFiles.h"
 #include "shell/language.h"
+#include "shell/numbers.h"
 #include "shell/seams.h"
 #include "store/CDbError.h"
 #include "store/CDbRec.h"
 #include "store/stepnames.h"
 
 namespace {
+
+constexpr int MessageSections = 3475;
 
 constexpr const char* StepColumns =
     "SELECT ID, Name, Time, Account, Section, Record, Label, Detail, Undone FROM Aux_Step ";
@@ -136,7 +139,14 @@ NextSteps ReadNextSteps(CDbRec& database) {
     if (!HasTable(database, "Aux_Journal") || !IsOwn(database)) {
         return {};
     }
-    return {NextStep(database, true), NextStep(database, false)};
+    NextSteps next{NextStep(database, true), NextStep(database, false)};
+    for (HistoryStep* const step : {&next.Undo, &next.Redo}) {
+        step->Sections = database
+                             .ExecuteAsIs("SELECT count(DISTINCT Aux_Row) AS Number FROM Aux_Testing WHERE " +
+                                          OfStep(step->Number))
+                             .GetLong("Number");
+    }
+    return next;
 }
 
 HistorySpace ReadHistorySpace(CDbRec& database) {
@@ -169,6 +179,9 @@ std::string StepPlace(const HistoryStep& step) {
     const auto isOneOf = [&](const auto& names) {
         return std::find(names.begin(), names.end(), step.Name) != names.end();
     };
+    if (step.Sections > 1) {
+        return FillText(LoadMessage(MessageSections), {FormatInt(step.Sections)});
+    }
     std::string place = isOneOf(ofProject) ? std::string() : step.Label;
     if (step.Record >= 0 && !step.Detail.empty() && isOneOf(ofRecord)) {
         place += (place.empty() ? "" : "  ") + step.Detail + " m";
