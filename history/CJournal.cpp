@@ -345,11 +345,9 @@ void CJournal::Closing() {
 
 void CJournal::Forget() {
     Prepare();
-    for (const Pending& entry : m_pending) {
-        DeleteHeld(entry.Path, entry.Before);
-    }
-    m_pending.clear();
+    DropPending();
     FinishMoves();
+    const CSecureDeletion secure(m_database);
     CDbBatch batch(m_database);
     struct Held {
         std::string Path, Name;

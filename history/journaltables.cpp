@@ -146,10 +146,22 @@ bool JournalFits(CDbBase& database, const std::vector<JournalledTable>& tables) 
     return HasTable(database, "Aux_Step") && HasTable(database, "Aux_Picture");
 }
 
+CSecureDeletion::CSecureDeletion(CDbBase& database)
+    : m_database(database), m_before(database.ExecuteAsIs("PRAGMA secure_delete").GetLong("secure_delete")) {
+    m_database.ExecuteAsIs("PRAGMA secure_delete = ON");
+}
+
+CSecureDeletion::~CSecureDeletion() {
+    try {
+        m_database.ExecuteAsIs("PRAGMA secure_delete = " + std::to_string(m_before));
+    } catch (const CDbError&) {
+        // Then it stays on, which only takes time.
+    }
+}
+
 void CreateJournal(CDbBase& database, const std::vector<JournalledTable>& tables, const std::string& identity,
                    const std::string& journal, bool former) {
-    const bool secure = database.ExecuteAsIs("PRAGMA secure_delete").GetLong("secure_delete") != 0;
-    database.ExecuteAsIs("PRAGMA secure_delete = ON");
+    const CSecureDeletion secure(database);
     for (const char* const name : Journalled) {
         DropTable(database, std::string("Aux_") + name);
     }
@@ -177,7 +189,6 @@ void CreateJournal(CDbBase& database, const std::vector<JournalledTable>& tables
                              " (Aux_Seq INTEGER PRIMARY KEY, Aux_Side INTEGER, Aux_Row INTEGER, " +
                              table.ColumnList() + ")");
     }
-    database.ExecuteAsIs(secure ? "PRAGMA secure_delete = ON" : "PRAGMA secure_delete = OFF");
 }
 
 void CreateTriggers(CDbBase& database, const std::vector<JournalledTable>& tables) {

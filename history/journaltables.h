@@ -34,6 +34,18 @@ bool HasTable(CDbBase& database, const std::string& name);
 std::string JournalOf(CDbBase& database);
 // Whether the journal's tables fit the project's. Those of another version don't.
 bool JournalFits(CDbBase& database, const std::vector<JournalledTable>& tables);
+// While one lives, what is deleted leaves no bytes behind in the file.
+class CSecureDeletion {
+public:
+    explicit CSecureDeletion(CDbBase& database);
+    ~CSecureDeletion();
+    CSecureDeletion(const CSecureDeletion&) = delete;
+    CSecureDeletion& operator=(const CSecureDeletion&) = delete;
+
+private:
+    CDbBase& m_database;
+    int m_before;
+};
 // Replaces what was there, without a trace. `identity` as by FileIdentity; `journal` is the name of the new
 // one; `former` tells that there was another one, of another file.
 void CreateJournal(CDbBase& database, const std::vector<JournalledTable>& tables, const std::string& identity,

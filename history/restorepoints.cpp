@@ -173,7 +173,10 @@ void MakeDailyPoint(CDbBase& database) {
     try {
         const std::string journal = JournalOf(database);
         const std::vector<RestorePoint> points = ListRestorePoints(database.Path(), journal);
-        if ((points.empty() || points.front().Name.substr(0, DaySize) != today) && HasRows(database)) {
+        const bool made = std::any_of(points.begin(), points.end(), [&](const RestorePoint& point) {
+            return point.Name.substr(0, DaySize) == today;
+        });
+        if (!made && HasRows(database)) {
             Make(database, journal, PointDaily);
         }
     } catch (const CDbError& error) {

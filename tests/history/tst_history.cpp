@@ -148,6 +148,9 @@ TEST_F(HistoryTest, BelongsToOneFile) {
     ASSERT_TRUE(ForgetHistory(Database));
     EXPECT_TRUE(Steps().empty());
     EXPECT_EQ(Undo(), Outcome::Nothing);
+    for (const char* const table : {"Aux_Testing", "Aux_Record", "Aux_Attrib", "Aux_Picture"}) {
+        EXPECT_TRUE(Database.ExecuteAsIs(std::string("SELECT 1 FROM ") + table).IsEof()) << table;
+    }
 }
 
 TEST_F(HistoryTest, PicturesComeAndGoWithTheirRows) {
