@@ -16,6 +16,8 @@
 
 #include "store/records/records.h"
 
+struct Derivation;
+
 struct _EVALUATE_DATA {
     std::uint32_t countJG = 0;  // structural defects scored, before merging
     std::uint32_t countGN = 0;
@@ -57,6 +59,13 @@ int EvaluateSectionGZ(_EVALUATE_DATA& result, const CRecDataArray& records, floa
                       float T);
 int EvaluateSectionSH(_EVALUATE_DATA& result, const CRecDataArray& records, float L, float D, float K,
                       float T);
+// The same, and how the result came about.
+int ExplainSection(_EVALUATE_DATA& result, const CRecDataArray& records, float L, float D, float K, float T,
+                   Derivation& derivation);
+int ExplainSectionGZ(_EVALUATE_DATA& result, const CRecDataArray& records, float L, float D, float K, float T,
+                     Derivation& derivation);
+int ExplainSectionSH(_EVALUATE_DATA& result, const CRecDataArray& records, float L, float D, float K, float T,
+                     Derivation& derivation);
 
 // The level, best to worst, of a repair or maintenance index under full scoring.
 std::string FullIndexLevel(float index);
