@@ -9,24 +9,6 @@
 
 namespace {
 
-using Evaluator = int (*)(_EVALUATE_DATA&, const CRecDataArray&, float, float, float, float);
-
-Evaluator EvaluatorOf(ScoringRoute route) {
-    switch (route) {
-        case ScoringRoute::National:
-        case ScoringRoute::Chongqing:
-            return EvaluateSection;
-        case ScoringRoute::Guangzhou:
-            return EvaluateSectionGZ;
-        case ScoringRoute::Shanghai:
-            return EvaluateSectionSH;
-        case ScoringRoute::None:
-        case ScoringRoute::ListsOnly:
-            return nullptr;
-    }
-    return nullptr;
-}
-
 float ParseFloat(const std::string& text) {
     return static_cast<float>(ParseDouble(text));
 }
@@ -50,11 +32,31 @@ void JoinByLabel(std::vector<SectionRecords>& sections) {
 
 }  // namespace
 
+int Evaluate(ScoringRoute route, _EVALUATE_DATA& result, const CRecDataArray& records, float L, float D,
+             float K, float T, Derivation* derivation) {
+    const auto run = [&](auto evaluate, auto explain) {
+        return derivation == nullptr ? evaluate(result, records, L, D, K, T)
+                                     : explain(result, records, L, D, K, T, *derivation);
+    };
+    switch (route) {
+        case ScoringRoute::National:
+        case ScoringRoute::Chongqing:
+            return run(EvaluateSection, ExplainSection);
+        case ScoringRoute::Guangzhou:
+            return run(EvaluateSectionGZ, ExplainSectionGZ);
+        case ScoringRoute::Shanghai:
+            return run(EvaluateSectionSH, ExplainSectionSH);
+        case ScoringRoute::None:
+        case ScoringRoute::ListsOnly:
+            return 0;
+    }
+    return 0;
+}
+
 std::vector<SectionGrade> GradeSections(ScoringRoute route, std::vector<SectionRecords> sections, float K,
                                         float T) {
     std::vector<SectionGrade> grades;
-    const Evaluator evaluate = EvaluatorOf(route);
-    if (evaluate == nullptr) {
+    if (!HasEvaluator(route)) {
         return grades;
     }
     const bool density = IsDensityScoring(route);
@@ -69,7 +71,7 @@ std::vector<SectionGrade> GradeSections(ScoringRoute route, std::vector<SectionR
         grade.Length = density ? grade.Section.DistanceEnd - grade.Section.DistanceStart
                                : ParseFloat(grade.Section.PipeLength);
         grade.Diameter = ParseFloat(grade.Section.PipeDiameter);
-        evaluate(grade.Result, grade.Records, grade.Length, grade.Diameter, K, T);
+        (void)Evaluate(route, grade.Result, grade.Records, grade.Length, grade.Diameter, K, T);
     }
     return grades;
 }

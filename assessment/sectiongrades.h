@@ -22,6 +22,10 @@ struct SectionGrade {
     _EVALUATE_DATA Result;
 };
 
+// By the rules of the standard; the rest as in evaluation.h. 0, with nothing done, where it has none.
+int Evaluate(ScoringRoute route, _EVALUATE_DATA& result, const CRecDataArray& records, float L, float D,
+             float K, float T, Derivation* derivation = nullptr);
+
 // In list order; a group stands where its first section stood. Sections and records move into the result.
 // A route without an evaluator gives none.
 std::vector<SectionGrade> GradeSections(ScoringRoute route, std::vector<SectionRecords> sections, float K,

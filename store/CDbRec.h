@@ -53,6 +53,10 @@ public:
     bool AddRecord(const _REC_DATA& in);
     // 2015. Video, TestingID and CreateTime stay; the rule of AddRecord isn't asked.
     bool UpdateRecord(const _REC_DATA& in);
+    // 2015. The section's own IDs anew: `ids` are those of its records in the order in which they are to
+    // stand, and get the same IDs rising. All else of a row travels with it. False, with nothing changed,
+    // also if these aren't its records.
+    bool SetRecordOrder(std::int32_t testingId, const std::vector<std::int32_t>& ids);
     // 2016. Picture files stay.
     bool DeleteRecord(std::int32_t id);
 

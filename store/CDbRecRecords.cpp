@@ -1,5 +1,6 @@
 // The record half of CDbRec: statements on table `Record`.
 #include <algorithm>
+#include <limits>
 
 #include "shell/CHostFiles.h"
 #include "shell/CPrompts.h"
@@ -277,6 +278,51 @@ bool CDbRec::DeleteRecord(std::int32_t id) {
         return true;
     } catch (const CDbError& error) {
         ShowFailure(2016, error);
+        return false;
+    }
+}
+
+bool CDbRec::SetRecordOrder(std::int32_t testingId, const std::vector<std::int32_t>& ids) {
+    const CDbStep step(*this, StepOrderRecords);
+    m_states.clear();
+    try {
+        CDbBatch batch(*this);
+        std::vector<std::int32_t> places;
+        std::int64_t highest = 0;
+        for (CDbCursor rows = Execute(
+                 FormatSql("select ID from Record where TestingID = %d order by ID", {FormatInt(testingId)}));
+             !rows.IsEof(); rows.MoveNext()) {
+            places.push_back(rows.GetLong("ID"));
+        }
+        {
+            CDbCursor last = Execute("select max(ID) as Highest from Record");
+            highest = places.empty() ? 0 : last.GetLong("Highest");
+        }
+        std::vector<std::int32_t> sorted = ids;
+        std::sort(sorted.begin(), sorted.end());
+        constexpr std::int64_t most = std::numeric_limits<std::int32_t>::max();
+        if (sorted != places || highest > most - static_cast<std::int64_t>(places.size())) {
+            throw CDbError("not the records of the section");
+        }
+        // By way of IDs that nobody has, since no two rows may share one even for a moment.
+        const auto move = [this](std::int64_t from, std::int64_t to) {
+            Execute(FormatSql("update Record set ID = %ld where ID = %ld",
+                              {std::to_string(to), std::to_string(from)}));
+        };
+        for (std::size_t i = 0; i < ids.size(); ++i) {
+            if (ids[i] != places[i]) {
+                move(ids[i], highest + 1 + static_cast<std::int64_t>(i));
+            }
+        }
+        for (std::size_t i = 0; i < ids.size(); ++i) {
+            if (ids[i] != places[i]) {
+                move(highest + 1 + static_cast<std::int64_t>(i), places[i]);
+            }
+        }
+        batch.Commit();
+        return true;
+    } catch (const CDbError& error) {
+        ShowFailure(2015, error);
         return false;
     }
 }

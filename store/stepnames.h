@@ -20,4 +20,5 @@ enum StepName : int {
     StepDrawPicture = 3356,
     StepResetPicture = 3357,
     StepDeletePicture = 3358,
+    StepOrderRecords = 3359,
 };

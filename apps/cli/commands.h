@@ -55,6 +55,9 @@ int RunMap(const CommandContext& context);
 int RunGrab(const CommandContext& context);
 // commands_grade.cpp
 int RunGrade(const CommandContext& context);
+// commands_explain.cpp
+int RunExplain(const CommandContext& context);
+int RunReorder(const CommandContext& context);
 // commands_history.cpp
 int RunHistory(const CommandContext& context);
 int RunUndo(const CommandContext& context);

@@ -116,6 +116,42 @@ TEST_F(Cli, GradesByTheProjectsStandard) {
     EXPECT_NE(Err().find("自定规程"), std::string::npos);
 }
 
+TEST_F(Cli, ExplainsAGradeAndPutsItsRecordsInOrder) {
+    const Json records = Json::array(
+        {Defect("PL", 3, 9, 9), Defect("PL", 2, 2, 2), Defect("JCJ_PS", 1, 0, 0), Defect("PL", 1, 20, 20)});
+    const std::string project = Load(NewProject(), {{"sections", {Section("W1", "W2", records)}}});
+    ASSERT_EQ(Run({"grade", project, "--k", "6", "--json"}), 0);
+    const Json grade = OutJson()["sections"][0];
+    ASSERT_EQ(Run({"explain", project, "--section", "1", "--k", "6", "--json"}), 0) << Err();
+    const Json told = OutJson();
+    EXPECT_EQ(told["result"], grade);
+    EXPECT_EQ(told["records"][1]["mergedInto"], 1);
+    EXPECT_EQ(told["margins"].size(), 4U);
+    EXPECT_EQ(told["ordered"]["inOrder"], false);
+    EXPECT_NE(told["ordered"]["result"]["riJG"], grade["riJG"]);
+    const auto last = std::find_if(told["steps"].begin(), told["steps"].end(),
+                                   [](const Json& step) { return step["name"] == "riJG"; });
+    ASSERT_NE(last, told["steps"].end());
+    EXPECT_EQ((*last)["value"], grade["riJG"]);
+    EXPECT_EQ(Run({"explain", project, "--section", "9"}), 1);
+    EXPECT_EQ(Run({"explain", project, "--section", "1"}), 0);
+
+    ASSERT_EQ(Run({"dump", project}), 0);
+    const std::string before = Out();
+    ASSERT_EQ(Run({"reorder", project, "--section", "1", "--dry-run"}), 0);
+    ASSERT_EQ(Run({"dump", project}), 0);
+    EXPECT_EQ(Out(), before);
+    ASSERT_EQ(Run({"reorder", project, "--section", "1"}), 0) << Err();
+    ASSERT_EQ(Run({"explain", project, "--section", "1", "--k", "6", "--json"}), 0);
+    EXPECT_EQ(OutJson()["result"]["riJG"], told["ordered"]["result"]["riJG"]);
+    EXPECT_EQ(OutJson()["ordered"]["inOrder"], true);
+    ASSERT_EQ(Run({"reorder", project, "--section", "1"}), 0);
+    EXPECT_NE(Out().find("nothing to do"), std::string::npos);
+    ASSERT_EQ(Run({"undo", project}), 0) << Err();
+    ASSERT_EQ(Run({"dump", project}), 0);
+    EXPECT_EQ(Out(), before);
+}
+
 TEST_F(Cli, MakesTheWordReportOfTheStandard) {
     const auto project = [&](const char* standard, const Json& records) {
         return Load(NewProject(standard), {{"sections", {Section("W1", "W2", records)}}});
