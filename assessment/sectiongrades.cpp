@@ -53,6 +53,10 @@ int Evaluate(ScoringRoute route, _EVALUATE_DATA& result, const CRecDataArray& re
     return 0;
 }
 
+bool AreScoredTogether(ScoringRoute route, const _TESTING_DATA& a, const _TESTING_DATA& b) {
+    return a.ID == b.ID || (IsDensityScoring(route) && EqualNoCase(a.Label(), b.Label()));
+}
+
 std::vector<SectionGrade> GradeSections(ScoringRoute route, std::vector<SectionRecords> sections, float K,
                                         float T) {
     std::vector<SectionGrade> grades;

@@ -26,6 +26,9 @@ struct SectionGrade {
 int Evaluate(ScoringRoute route, _EVALUATE_DATA& result, const CRecDataArray& records, float L, float D,
              float K, float T, Derivation* derivation = nullptr);
 
+// Whether two sections are scored as one: each with itself, and in density scoring those of equal manholes.
+bool AreScoredTogether(ScoringRoute route, const _TESTING_DATA& a, const _TESTING_DATA& b);
+
 // In list order; a group stands where its first section stood. Sections and records move into the result.
 // A route without an evaluator gives none.
 std::vector<SectionGrade> GradeSections(ScoringRoute route, std::vector<SectionRecords> sections, float K,

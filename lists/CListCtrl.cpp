@@ -108,6 +108,11 @@ void CListCtrl::ShowCheckBoxes() {
     m_model->ShowCheckBoxes();
 }
 
+void CListCtrl::HideColumn(int column, bool hidden) {
+    setColumnHidden(column, hidden);
+    FitColumns();
+}
+
 void CListCtrl::AllowSeveral() {
     setSelectionMode(ExtendedSelection);
 }
@@ -276,11 +281,18 @@ void CListCtrl::FitContent() {
 void CListCtrl::FitColumns() {
     m_fitting = true;
     const int count = static_cast<int>(m_widths.size());
+    int last = count - 1;
+    while (last > 0 && isColumnHidden(last)) {
+        --last;
+    }
     int taken = 0;
     for (int column = 0; column < count; ++column) {
+        if (isColumnHidden(column)) {
+            continue;
+        }
         if (!m_sizedByUser.contains(column)) {
             int width = qMax(m_widths[static_cast<std::size_t>(column)], header()->sectionSizeHint(column));
-            if (column == count - 1) {
+            if (column == last) {
                 width = qMax(width, viewport()->width() - taken);
             }
             header()->resizeSection(column, width);

@@ -25,6 +25,7 @@ public:
     void InsertColumn(const ListColumn& column, int moreWidth = 0);
     // Before the first row.
     void ShowCheckBoxes();
+    void HideColumn(int column, bool hidden);
     void AllowSeveral();
     // Stands in the middle while there are no rows: what the operator can do about it.
     void SetEmptyText(const QString& text);

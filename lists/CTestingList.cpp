@@ -7,6 +7,9 @@
 
 namespace {
 
+constexpr int HeadingStructural = 3568;
+constexpr int HeadingFunctional = 3569;
+constexpr int LevelWidth = 56;
 constexpr int CheckBoxWidth = 24;  // pixels, with the gap behind it
 
 }  // namespace
@@ -89,10 +92,47 @@ void CTestingList::RebuildHasDefects() {
     viewport()->update();
 }
 
+void CTestingList::CreateLevelColumns() {
+    for (const int heading : {HeadingStructural, HeadingFunctional}) {
+        InsertColumn(ListColumn{heading, LevelWidth});
+    }
+    ShowLevels(false);
+}
+
+void CTestingList::ShowLevels(bool shown) {
+    const int first = static_cast<int>(SectionColumns().size());
+    HideColumn(first, !shown);
+    HideColumn(first + 1, !shown);
+}
+
+bool CTestingList::AreLevelsShown() const {
+    const int first = static_cast<int>(SectionColumns().size());
+    return ColumnCount() > first && !isColumnHidden(first);
+}
+
+void CTestingList::SetLevels(std::int32_t id, std::string structural, std::string functional) {
+    std::pair<std::string, std::string> levels(std::move(structural), std::move(functional));
+    std::pair<std::string, std::string>& shown = m_levels[id];
+    if (shown != levels) {
+        shown = std::move(levels);
+        viewport()->update();
+    }
+}
+
+void CTestingList::ClearLevels() {
+    m_levels.clear();
+    viewport()->update();
+}
+
 std::string CTestingList::MakeText(int row, int column) const {
     const _TESTING_DATA* section = SectionAt(row);
     if (section == nullptr) {
         return {};
+    }
+    if (const int level = column - static_cast<int>(SectionColumns().size()); level >= 0) {
+        const auto levels = m_levels.find(section->ID);
+        return levels == m_levels.end() ? std::string()
+                                        : (level == 0 ? levels->second.first : levels->second.second);
     }
     const auto counted = m_recordCounts.find(section->ID);
     const std::int32_t none = m_counted ? 0 : -1;

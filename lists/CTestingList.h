@@ -2,7 +2,9 @@
 #pragma once
 
 #include <set>
+#include <string>
 #include <unordered_map>
+#include <utility>
 
 #include "lists/CDragListCtrl.h"
 #include "store/records/records.h"
@@ -23,6 +25,15 @@ public:
     // From the top down.
     CTestingDataArray CheckedSections() const;
     void DeleteRow(int row) override;
+
+    // Two narrow columns behind the others for the levels of both indexes; hidden until ShowLevels.
+    void CreateLevelColumns();
+    void ShowLevels(bool shown);
+    bool AreLevelsShown() const;
+    // Of a section; they stay until they are set anew.
+    void SetLevels(std::int32_t id, std::string structural, std::string functional);
+    void ClearLevels();
+
     void SortByWells();
 
     // IDs of the sections that have records; they are green and bear
@@ -41,4 +52,5 @@ private:
     CTestingDataArray m_sections;
     std::unordered_map<std::int32_t, std::int32_t> m_recordCounts;
     bool m_counted = false;
+    std::unordered_map<std::int32_t, std::pair<std::string, std::string>> m_levels;
 };

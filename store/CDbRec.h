@@ -44,6 +44,9 @@ public:
     // 2017. Records of a section in ID order; below 0: of the whole project. Every read brings the
     // pictures' copies in the report image folder up to date. `withEvaluate` fills the scores.
     bool ReadRecords(std::int32_t testingId, CRecDataArray& out, bool withEvaluate);
+    // The same without a message, and without a look at the pictures' files: for what shows figures only,
+    // and goes through whole projects in the background.
+    bool LookAtRecords(std::int32_t testingId, CRecDataArray& out, bool withEvaluate);
     // 2018 and -1 on failure. Below 0: of the whole project.
     std::int32_t CountRecords(std::int32_t testingId);
     // 2018. Of all sections at once, by section ID; one without records is missing.
@@ -74,9 +77,11 @@ private:
     };
 
     static _TESTING_DATA ReadTestingRow(CDbCursor& row);
-    bool ReadRows(std::int32_t testingId, CRecDataArray& out, bool withEvaluate, const _REC_DATA*& reading);
-    void ReadRecordRow(CDbCursor& row, _REC_DATA& record) const;
-    static void ReadPictures(CDbCursor& row, _REC_DATA& record);
+    enum class Pictures { Copied, Left };
+    bool ReadRows(std::int32_t testingId, CRecDataArray& out, bool withEvaluate, Pictures pictures,
+                  const _REC_DATA*& reading);
+    void ReadRecordRow(CDbCursor& row, _REC_DATA& record, Pictures pictures) const;
+    static void ReadPictures(CDbCursor& row, _REC_DATA& record, Pictures pictures);
     float ReadEvaluate(const _REC_DATA& record);
     bool LookAtSection(std::int32_t testingId, SectionState& state);
     void RememberAdded(const _REC_DATA& record, SectionState state);

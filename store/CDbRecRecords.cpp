@@ -51,17 +51,24 @@ std::string CDbRec::GetDefectType(std::string_view code) const {
 }
 
 // Rows with a NULL in these columns load with fewer pictures: a record is worth more than its picture.
-void CDbRec::ReadPictures(CDbCursor& row, _REC_DATA& record) {
+void CDbRec::ReadPictures(CDbCursor& row, _REC_DATA& record, Pictures pictures) {
+    const auto add = [&](const std::string& path, double time) {
+        if (pictures == Pictures::Copied) {
+            AddPicture(record, path, time);
+        } else {
+            record.AddPicture(path, time);
+        }
+    };
     try {
         const double time1 = row.GetDouble("PicTimeInVideo1");
-        AddPicture(record, row.GetText("Picture1"), time1);
+        add(row.GetText("Picture1"), time1);
         const double time2 = row.GetDouble("PicTimeInVideo2");
-        AddPicture(record, row.GetText("Picture2"), time2);
+        add(row.GetText("Picture2"), time2);
     } catch (const CDbError&) {
     }
 }
 
-void CDbRec::ReadRecordRow(CDbCursor& row, _REC_DATA& record) const {
+void CDbRec::ReadRecordRow(CDbCursor& row, _REC_DATA& record, Pictures pictures) const {
     record.ID = row.GetLong("ID");
     record.TestingID = row.GetLong("TestingID");
     record.DefectCode = row.GetText("DefectCode");
@@ -72,7 +79,7 @@ void CDbRec::ReadRecordRow(CDbCursor& row, _REC_DATA& record) const {
     record.DirectionStart = static_cast<std::uint8_t>(row.GetLong("DirectionStart"));
     record.DirectionEnd = static_cast<std::uint8_t>(row.GetLong("DirectionEnd"));
     record.Video = row.GetText("Video");
-    ReadPictures(row, record);
+    ReadPictures(row, record, pictures);
     record.GpsX = row.GetDouble("GpsX");
     record.GpsY = row.GetDouble("GpsY");
     record.DefectType = GetDefectType(record.DefectCode);
@@ -100,7 +107,7 @@ float CDbRec::ReadEvaluate(const _REC_DATA& record) {
 bool CDbRec::ReadRecords(std::int32_t testingId, CRecDataArray& out, bool withEvaluate) {
     out.RemoveAll();
     const _REC_DATA* reading = nullptr;
-    if (ReadRows(testingId, out, withEvaluate, reading)) {
+    if (ReadRows(testingId, out, withEvaluate, Pictures::Copied, reading)) {
         return true;
     }
     // One row that can't be read keeps the whole project from being worked on: which is it?
@@ -112,15 +119,21 @@ bool CDbRec::ReadRecords(std::int32_t testingId, CRecDataArray& out, bool withEv
     return false;
 }
 
+bool CDbRec::LookAtRecords(std::int32_t testingId, CRecDataArray& out, bool withEvaluate) {
+    out.RemoveAll();
+    const _REC_DATA* reading = nullptr;
+    return ReadRows(testingId, out, withEvaluate, Pictures::Left, reading);
+}
+
 // `reading` is the record that was being read when it failed; null if none was.
-bool CDbRec::ReadRows(std::int32_t testingId, CRecDataArray& out, bool withEvaluate,
+bool CDbRec::ReadRows(std::int32_t testingId, CRecDataArray& out, bool withEvaluate, Pictures pictures,
                       const _REC_DATA*& reading) {
     const CHostFiles::CLookOnce look(HostFiles());
     try {
         for (CDbCursor rows = Execute(RecordSelection("select", testingId)); !rows.IsEof(); rows.MoveNext()) {
             _REC_DATA& record = out[out.Add(_REC_DATA())];  // a row that fails stays, half read
             reading = &record;
-            ReadRecordRow(rows, record);
+            ReadRecordRow(rows, record, pictures);
         }
         for (int i = 0; withEvaluate && i < out.GetSize(); ++i) {
             reading = &out[i];

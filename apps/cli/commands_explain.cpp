@@ -9,7 +9,7 @@
 #include "apps/cli/choices.h"
 #include "apps/cli/commands.h"
 #include "apps/cli/gradejson.h"
-#include "assessment/explain/explanation.h"
+#include "assessment/explain/projectgrades.h"
 #include "shell/numbers.h"
 #include "store/CDbRec.h"
 #include "store/recordjson.h"
@@ -133,15 +133,8 @@ Explanation Explain(const CommandContext& context, const CArguments& arguments, 
     if (!choice) {
         throw std::runtime_error("nothing can be graded");
     }
-    const auto scoreOf = [&database](const _REC_DATA& record, int grade) -> std::optional<float> {
-        std::vector<float> scores;
-        const bool known = database.LoadDefectLevels(record.DefectCode, nullptr, &scores) &&
-                           static_cast<std::size_t>(grade) <= scores.size();
-        return known ? std::optional(scores[static_cast<std::size_t>(grade) - 1]) : std::nullopt;
-    };
     std::optional<Explanation> explanation =
-        ExplainGrade(choice->Route, ReadSections(database, std::move(choice->Sections)), id, choice->K,
-                     choice->T, scoreOf);
+        ReadExplanation(database, choice->Route, choice->Sections, id, choice->K, choice->T);
     if (!explanation) {
         throw std::runtime_error("no section with the ID " + FormatInt(id));
     }

@@ -21,63 +21,65 @@ CRecDataArray SortedByDistance(const CRecDataArray& records) {
     return sorted;
 }
 
-bool IsSameOrder(const CRecDataArray& a, const CRecDataArray& b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](const _REC_DATA& x, const _REC_DATA& y) { return x.ID == y.ID; });
-}
-
 bool IsSameGrade(const _EVALUATE_DATA& a, const _EVALUATE_DATA& b) {
     return a.riJG == b.riJG && a.riGN == b.riGN && a.levelJG == b.levelJG && a.levelGN == b.levelGN &&
            a.riLevelJG == b.riLevelJG && a.riLevelGN == b.riLevelGN;
 }
 
+_EVALUATE_DATA ScoreAgain(ScoringRoute route, const SectionGrade& grade, const CRecDataArray& records) {
+    _EVALUATE_DATA result;
+    (void)Evaluate(route, result, records, grade.Length, grade.Diameter, grade.Result.paramK,
+                   grade.Result.paramT);
+    return result;
+}
+
+// Scores the records with one of them changed. They are changed in place and put back, since copies of all
+// for each of many would take longer than the scoring.
 class CWeigher {
 public:
-    CWeigher(ScoringRoute route, const SectionGrade& grade, float K, float T, const ScoreOfGrade& scoreOf)
-        : m_route(route), m_grade(grade), m_K(K), m_T(T), m_scoreOf(scoreOf) {}
+    CWeigher(ScoringRoute route, const SectionGrade& grade, const ScoreOfGrade& scoreOf)
+        : m_route(route), m_grade(grade), m_scoreOf(scoreOf), m_records(grade.Records) {}
 
-    _EVALUATE_DATA Score(const CRecDataArray& records) const {
-        _EVALUATE_DATA result;
-        (void)Evaluate(m_route, result, records, m_grade.Length, m_grade.Diameter, m_K, m_T);
-        return result;
-    }
-
-    RecordWeight Weigh(int row, bool structural) const {
+    RecordWeight Weigh(int row, bool structural) {
         RecordWeight weight;
-        weight.ID = m_grade.Records[row].ID;
+        weight.ID = m_records[row].ID;
         weight.Structural = structural;
-        CRecDataArray without = m_grade.Records;
-        without.RemoveAt(row);
-        weight.Without = Outcome(without, structural);
+        // A record of no group doesn't count.
+        std::string type;
+        std::swap(m_records[row].DefectType, type);
+        weight.Without = Outcome(structural);
+        std::swap(m_records[row].DefectType, type);
         weight.Milder = WithGrade(row, -1, structural);
         weight.Graver = WithGrade(row, 1, structural);
         return weight;
     }
 
 private:
-    WhatIf Outcome(const CRecDataArray& records, bool structural) const {
-        const _EVALUATE_DATA result = Score(records);
+    WhatIf Outcome(bool structural) const {
+        const _EVALUATE_DATA result = ScoreAgain(m_route, m_grade, m_records);
         return structural ? WhatIf{result.riJG, result.riLevelJG} : WhatIf{result.riGN, result.riLevelGN};
     }
 
-    std::optional<WhatIf> WithGrade(int row, int change, bool structural) const {
-        const _REC_DATA& record = m_grade.Records[row];
-        const int grade = record.DefectLevel + change;
-        const std::optional<float> score = grade < 1 ? std::nullopt : m_scoreOf(record, grade);
+    std::optional<WhatIf> WithGrade(int row, int change, bool structural) {
+        _REC_DATA& record = m_records[row];
+        const _REC_DATA& stored = m_grade.Records[row];
+        const int grade = stored.DefectLevel + change;
+        const std::optional<float> score = grade < 1 ? std::nullopt : m_scoreOf(stored, grade);
         if (!score) {
             return std::nullopt;
         }
-        CRecDataArray changed = m_grade.Records;
-        changed[row].DefectLevel = static_cast<std::uint8_t>(grade);
-        changed[row].Evaluate = *score;
-        return Outcome(changed, structural);
+        record.DefectLevel = static_cast<std::uint8_t>(grade);
+        record.Evaluate = *score;
+        const WhatIf outcome = Outcome(structural);
+        record.DefectLevel = stored.DefectLevel;
+        record.Evaluate = stored.Evaluate;
+        return outcome;
     }
 
     ScoringRoute m_route;
     const SectionGrade& m_grade;
-    float m_K;
-    float m_T;
     const ScoreOfGrade& m_scoreOf;
+    CRecDataArray m_records;
 };
 
 // The section, or in density scoring all that are scored as one with it.
@@ -90,8 +92,7 @@ std::vector<SectionRecords> ScoredTogether(ScoringRoute route, const std::vector
         return together;
     }
     for (const SectionRecords& entry : sections) {
-        if (entry.Section.ID == id ||
-            (IsDensityScoring(route) && EqualNoCase(entry.Section.Label(), wanted->Section.Label()))) {
+        if (AreScoredTogether(route, entry.Section, wanted->Section)) {
             together.push_back(entry);
         }
     }
@@ -116,23 +117,31 @@ std::optional<Explanation> ExplainGrade(ScoringRoute route, const std::vector<Se
     (void)Evaluate(route, grade.Result, grade.Records, grade.Length, grade.Diameter, K, T,
                    &explanation.HowItCame);
 
-    const CWeigher weigher(route, grade, K, T, scoreOf);
+    CWeigher weigher(route, grade, scoreOf);
     for (int row = 0; row < grade.Records.GetSize(); ++row) {
         const DerivedRecord& derived = explanation.HowItCame.Records[static_cast<std::size_t>(row)];
         if (derived.Reason == CountReason::Counted) {
             explanation.Weights.push_back(weigher.Weigh(row, derived.Structural));
         }
     }
-    const CRecDataArray sorted = SortedByDistance(grade.Records);
-    explanation.InOrder = IsSameOrder(grade.Records, sorted);
-    // Density scoring takes each defect by itself, in whatever order.
-    if (!explanation.InOrder && !IsDensityScoring(route)) {
-        const _EVALUATE_DATA result = weigher.Score(sorted);
-        if (!IsSameGrade(result, grade.Result)) {
-            explanation.ByDistance = result;
-        }
-    }
+    explanation.InOrder = IsInOrder(grade.Records);
+    explanation.ByDistance = ResultByDistance(route, grade);
     return explanation;
+}
+
+bool IsInOrder(const CRecDataArray& records) {
+    return std::is_sorted(records.begin(), records.end(), [](const _REC_DATA& a, const _REC_DATA& b) {
+        return a.DistanceStart < b.DistanceStart;
+    });
+}
+
+std::optional<_EVALUATE_DATA> ResultByDistance(ScoringRoute route, const SectionGrade& grade) {
+    // Density scoring takes each defect by itself, in whatever order.
+    if (IsDensityScoring(route) || IsInOrder(grade.Records)) {
+        return std::nullopt;
+    }
+    const _EVALUATE_DATA result = ScoreAgain(route, grade, SortedByDistance(grade.Records));
+    return IsSameGrade(result, grade.Result) ? std::nullopt : std::optional(result);
 }
 
 std::vector<std::int32_t> IdsByDistance(const CRecDataArray& records) {

@@ -49,5 +49,9 @@ using ScoreOfGrade = std::function<std::optional<float>(const _REC_DATA& record,
 std::optional<Explanation> ExplainGrade(ScoringRoute route, const std::vector<SectionRecords>& sections,
                                         std::int32_t id, float K, float T, const ScoreOfGrade& scoreOf);
 
+// The records stand by the distance at which they start.
+bool IsInOrder(const CRecDataArray& records);
+// What the records would give in order of distance; nothing if that is what they give.
+std::optional<_EVALUATE_DATA> ResultByDistance(ScoringRoute route, const SectionGrade& grade);
 // The IDs of a section's records by distance; those at the same distance stay in the order of entry.
 std::vector<std::int32_t> IdsByDistance(const CRecDataArray& records);

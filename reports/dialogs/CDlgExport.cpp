@@ -6,8 +6,10 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QPointer>
+#include <QPushButton>
 #include <QScreen>
 
+#include "assessment/explain/dialogs/gradechoice.h"
 #include "assessment/standards.h"
 #include "lists/CTestingList.h"
 #include "lists/CTickAllBox.h"
@@ -36,21 +38,15 @@ constexpr int IdLoadLabel = 1058;
 constexpr int IdRegion = 1063;
 constexpr int IdSoil = 1064;
 constexpr int IdLoad = 1065;
+constexpr int IdAsReviewed = 5069;
 
 constexpr int MessageNoSections = 3232;
 constexpr int MessageReplace = 3233;
+constexpr int MessageAsReviewed = 3570;
 
 constexpr int ListHeight = 320;  // pixels
 constexpr int ScreenMargin = 80;
 constexpr const char* Ending = ".docx";
-
-void FillBox(QComboBox& box, std::span<const ParameterRow> rows) {
-    box.clear();
-    for (const ParameterRow& row : rows) {
-        box.addItem(MessageText(row.Message), row.Value);
-    }
-    box.setCurrentIndex(rows.empty() ? -1 : 0);
-}
 
 }  // namespace
 
@@ -76,7 +72,7 @@ public:
 
 private:
     void Enable(bool enable) {
-        for (const int id : {IdSections, IdAll, IdRegion, IdSoil, IdLoad, IdOk, IdCancel}) {
+        for (const int id : {IdSections, IdAll, IdRegion, IdSoil, IdLoad, IdAsReviewed, IdOk, IdCancel}) {
             m_dialog.EnableControl(id, enable);
         }
     }
@@ -107,6 +103,9 @@ CDlgExport::CDlgExport(CRecExport& project, QWidget* parent)
     m_region = AddParameter(*grid, IdRegionLabel, "地区重要性参数(K)", IdRegion);
     m_soil = AddParameter(*grid, IdSoilLabel, "土质影响参数(T)", IdSoil);
     m_load = AddParameter(*grid, IdLoadLabel, "负荷(F)", IdLoad);
+    grid->addWidget(AddControl(IdAsReviewed, new QPushButton(this)), 1, 2,
+                    Qt::AlignLeft | Qt::AlignVCenter);
+    Item<QPushButton>(IdAsReviewed)->setAutoDefault(false);
     grid->setColumnStretch(2, 1);
     QBoxLayout* buttons = MakeOkCancelRow();
     buttons->insertWidget(0, m_status, 1);
@@ -156,14 +155,30 @@ void CDlgExport::OnInitDialog() {
 
 void CDlgExport::FillParameters() {
     const ScoringRoute route = FindScoringRoute(m_attributes.CriterionName);
-    FillBox(*m_region, ParametersK(route));
-    FillBox(*m_soil, ParametersT(route));
+    FillParameterBox(*m_region, ParametersK(route));
+    FillParameterBox(*m_soil, ParametersT(route));
     for (const auto& [label, id] : {std::pair(IdRegionLabel, IdRegion), std::pair(IdSoilLabel, IdSoil),
                                     std::pair(IdLoadLabel, IdLoad)}) {
         const bool filled = Item<QComboBox>(id)->count() > 0;
         GetDlgItem(label)->setVisible(filled);
         GetDlgItem(id)->setVisible(filled);
     }
+    OfferChoice(route);
+}
+
+// The lists open on their first rows, as a report always has; what was chosen in the review is one click
+// away.
+void CDlgExport::OfferChoice(ScoringRoute route) {
+    const GradeChoice choice = KeptGradeChoice(m_project.Path(), route);
+    GetDlgItem(IdAsReviewed)->setVisible(choice.RowK != 0 || choice.RowT != 0);
+    Item<QPushButton>(IdAsReviewed)
+        ->setText(
+            ToQt(FillText(LoadMessage(MessageAsReviewed), {FormatNumber(static_cast<double>(choice.K), 1),
+                                                           FormatNumber(static_cast<double>(choice.T), 1)})));
+    OnCommand(IdAsReviewed, [this, choice] {
+        m_region->setCurrentIndex(choice.RowK);
+        m_soil->setCurrentIndex(choice.RowT);
+    });
 }
 
 void CDlgExport::FillSections() {

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "assessment/standards.h"
 #include "shell/dialogs/CSizeDlg.h"
 #include "store/records/records.h"
 
@@ -35,6 +36,7 @@ private:
 
     QComboBox* AddParameter(QGridLayout& grid, int labelId, const char* label, int id);
     void FillParameters();
+    void OfferChoice(ScoringRoute route);
     void FillSections();
     void ShowStatus(const std::string& text);
     // Each tells whether the window may close.

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "assessment/explain/explanationtext.h"
+#include "assessment/explain/projectgrades.h"
+#include "shell/numbers.h"
+#include "store/CDbRec.h"
 #include "tests/support/CTestFolder.h"
 
 namespace {
@@ -83,6 +87,51 @@ TEST_F(ExplanationTest, TakesTheWholeGroupOfDensityScoring) {
     EXPECT_EQ(told->HowItCame.Records.size(), 2U);
     EXPECT_FALSE(told->InOrder);
     EXPECT_FALSE(told->ByDistance) << "each defect counts by itself";
+}
+
+// What is read names each value that was computed, and each record where it counted, weighed or didn't count.
+TEST_F(ExplanationTest, ReadsAsRowsOfBothLanguages) {
+    CDbRec database;
+    ASSERT_TRUE(database.OpenDatabase(Folder.MakeProject(), CDbPassword));
+    _TESTING_DATA section;
+    section.StartWell = "A";
+    section.EndWell = "B";
+    section.PipeLength = "40";
+    ASSERT_TRUE(database.AddTesting(section));
+    for (const auto& [code, distance] :
+         {std::pair("PL", 5.0F), {"PL", 5.5F}, {"CJ", 9.0F}, {"JCJ_ZC", 0.0F}}) {
+        _REC_DATA record;
+        record.TestingID = 1;
+        record.DefectCode = code;
+        record.DefectLevel = 3;
+        record.DistanceStart = record.DistanceEnd = distance;
+        ASSERT_TRUE(database.AddRecord(record));
+    }
+    CTestingDataArray sections;
+    ASSERT_TRUE(database.ReadTestings(sections));
+    const auto told = ReadExplanation(database, ScoringRoute::National, sections, 1, 10.0F, 0.0F);
+    ASSERT_TRUE(told);
+    for (const char* language : {"简体中文", "English"}) {
+        Folder.UseLanguage(language);
+        const std::vector<ExplanationRow> rows = ExplanationRows(*told, database, sections);
+        std::map<std::int32_t, int> named;
+        std::multiset<std::string> values;
+        for (const ExplanationRow& row : rows) {
+            EXPECT_FALSE(row.What.empty() && row.How.empty());
+            EXPECT_EQ(row.Record >= 0, row.Section >= 0);
+            EXPECT_EQ((row.What + row.How).find("%s"), std::string::npos) << row.How;
+            named[row.Record] += row.Record >= 0 ? 1 : 0;
+            values.insert(row.Value);
+        }
+        EXPECT_EQ(named[1], 3) << "as a record, after merging, and by its weight";
+        EXPECT_EQ(named[2], 2) << "it is part of the first";
+        EXPECT_EQ(named[4], 1) << "a manhole";
+        for (const DerivedGroup* group : {&told->HowItCame.Structural, &told->HowItCame.Functional}) {
+            for (const DerivedValue& value : group->Values) {
+                EXPECT_TRUE(values.contains(FormatNumber(static_cast<double>(value.Value), 3))) << value.Name;
+            }
+        }
+    }
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <QTest>
 #include <set>
 
+#include "assessment/explain/dialogs/gradechoice.h"
 #include "lists/CTestingList.h"
 #include "reports/collectreport.h"
 #include "reports/dialogs/CDlgExport.h"
@@ -106,6 +107,21 @@ TEST_F(Export, OpensWithTheListsOfTheStandard) {
             m_project.reset();
         }
     }
+}
+
+TEST_F(Export, TheChoiceOfTheReviewIsOneClickAway) {
+    CRecExport& project = Open("GB");
+    KeepGradeChoice(project.Path(), 2, 1);
+    (void)Run(project, [](CSizeDlg& dialog) {
+        EXPECT_EQ(dialog.Item<QComboBox>(Region)->currentIndex(), 0);
+        EXPECT_EQ(dialog.Item<QComboBox>(Soil)->currentIndex(), 0);
+        ExpectNothingCut(dialog);
+        Photograph(dialog, "export-choice");
+        Press(dialog, 5069);
+        EXPECT_EQ(dialog.Item<QComboBox>(Region)->currentIndex(), 2);
+        EXPECT_EQ(dialog.Item<QComboBox>(Soil)->currentIndex(), 1);
+        Press(dialog, CSizeDlg::IdCancel);
+    });
 }
 
 TEST_F(Export, RowsAreTickedWithTheMouseAndWithKeys) {

@@ -9,11 +9,15 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPointer>
+#include <QPushButton>
 #include <QScreen>
 #include <QShortcut>
 #include <QSplitter>
 #include <QTimer>
 
+#include "assessment/explain/dialogs/gradechoice.h"
+#include "assessment/explain/explanationtext.h"
+#include "assessment/explain/projectgrades.h"
 #include "controls/CButtonST.h"
 #include "controls/CWMPPlayer4.h"
 #include "defects/dialogs/CCtrlPic.h"
@@ -26,6 +30,7 @@
 #include "shell/CHostFiles.h"
 #include "shell/CPrompts.h"
 #include "shell/dialogs/CDlgStart.h"
+#include "shell/dialogs/projectsettings.h"
 #include "shell/dialogs/qttext.h"
 #include "shell/language.h"
 #include "shell/paths.h"
@@ -49,6 +54,8 @@ constexpr int Deferral = 20;  // milliseconds
 constexpr int Poll = 200;
 
 constexpr int RulerMargin = 36;
+
+constexpr const char* ShowLevelsKey = "ShowLevels";
 
 constexpr QSize FirstSize(1240, 690);  // fits a screen of 1366x768 with its bars
 
@@ -99,9 +106,18 @@ void CDlgProAtrrib::MakeControls() {
         control->installEventFilter(this);
     }
     m_player->OnEscape = [this] { OnCancel(); };
+    m_levels = new CLevelFiller(*m_sections);
+    m_levels->setParent(this);
+    m_levels->IsBusy = [this] { return m_running; };
+    auto* grade = AddControl(CommandExplain, new QPushButton(this));
+    grade->setFlat(true);
+    grade->setFocusPolicy(Qt::NoFocus);
+    grade->setStyleSheet("text-align: left; padding: 2px 4px;");
+    grade->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    grade->setToolTip(MessageText(MessageGradeTip));
+    OnCommand(CommandExplain, [this] { Run(CommandExplain); });
     // The other usual keys for it.
-    auto* redo = new QShortcut(QKeySequence("Ctrl+Shift+Z"), this);
-    connect(redo, &QShortcut::activated, this, [this] { Run(CommandRedo); });
+    AddShortcut("Ctrl+Shift+Z", CommandRedo);
     m_sections->setAccessibleName(MessageText(MessageSectionList));
     m_defects->setAccessibleName(MessageText(MessageDefectList));
 }
@@ -178,7 +194,13 @@ int CDlgProAtrrib::ButtonWidth() const {
 }
 
 QWidget* CDlgProAtrrib::MakeSectionPanel() {
-    return MakeListPanel(this, m_sections, Controls(SectionButtons()), ButtonWidth());
+    auto* panel = new QWidget(this);
+    auto* column = new QVBoxLayout(panel);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(2);
+    column->addWidget(MakeListPanel(panel, m_sections, Controls(SectionButtons()), ButtonWidth()), 1);
+    column->addWidget(GetDlgItem(CommandExplain));
+    return panel;
 }
 
 QWidget* CDlgProAtrrib::MakeDefectPanel() {
@@ -200,6 +222,8 @@ QWidget* CDlgProAtrrib::MakeReviewPanel() {
 
 void CDlgProAtrrib::OnInitDialog() {
     m_sections->CreateColumns(false);
+    m_sections->CreateLevelColumns();
+    m_sections->ShowLevels(UserSetting(ShowLevelsKey).toBool());
     m_defects->CreateColumns(true, false);
     ChooseSize();
     ShowState();
@@ -245,10 +269,18 @@ void CDlgProAtrrib::ShowSplash() {
     QTimer::singleShot(0, splash, [splash] { splash->show(); });
 }
 
+void CDlgProAtrrib::AddShortcut(const char* keys, int id) {
+    auto* shortcut = new QShortcut(QKeySequence(keys), this);
+    connect(shortcut, &QShortcut::activated, this, [this, id] { Run(id); });
+}
+
 // The buttons of the commands that have one. A control whose command isn't built says so.
 void CDlgProAtrrib::MakeButtons() {
     for (const ReviewCommand& command : ReviewCommands()) {
         if (command.Bitmap == nullptr) {
+            if (command.Shortcut != nullptr) {
+                AddShortcut(command.Shortcut, command.Id);
+            }
             continue;
         }
         const auto layout =
@@ -285,6 +317,39 @@ void CDlgProAtrrib::ShowSteps() {
     };
     show(CommandUndo, next.Undo, MessageNothingToUndo);
     show(CommandRedo, next.Redo, MessageNothingToRedo);
+}
+
+void CDlgProAtrrib::ShowGrade() {
+    CRecExport* const database = m_session.Database();
+    const _TESTING_DATA* section = SelectedSection();
+    const ScoringRoute route = FindScoringRoute(m_session.CriterionName());
+    auto* line = Item<QPushButton>(CommandExplain);
+    line->setEnabled(database != nullptr && section != nullptr && HasEvaluator(route));
+    line->setText({});
+    if (database == nullptr) {
+        m_levels->Stop();
+        return;
+    }
+    const GradeChoice choice = KeptGradeChoice(database->Path(), route);
+    if (section != nullptr && !HasEvaluator(route)) {
+        line->setText(MessageText(MessageNoScoring));
+    } else if (section != nullptr) {
+        if (const auto grade = ReadGrade(*database, route, Sections(), section->ID, choice.K, choice.T)) {
+            line->setText(ToQt(GradeLine(*grade, ResultByDistance(route, *grade))));
+            m_sections->SetLevels(section->ID, grade->Result.riLevelJG, grade->Result.riLevelGN);
+        }
+    }
+    if (!m_sections->AreLevelsShown() || !HasEvaluator(route)) {
+        m_levels->Stop();
+        m_levelsOf = {};
+        return;
+    }
+    const std::string project =
+        database->Path() + "|" + std::to_string(choice.RowK) + "|" + std::to_string(choice.RowT);
+    if (const std::pair state(project, database->ChangeCount()); state != m_levelsOf) {
+        m_levelsOf = state;
+        m_levels->Start(*database, route, choice.K, choice.T);
+    }
 }
 
 void CDlgProAtrrib::ShowCommands() {
@@ -367,6 +432,7 @@ void CDlgProAtrrib::Run(int id) {
     command.Handler(*this);
     m_session.Return(place);
     ShowSteps();
+    ShowGrade();
     if (focus != nullptr && focus != focusWidget() && focus->isVisible() && focus->isEnabled()) {
         focus->setFocus();
     }
@@ -474,6 +540,7 @@ void CDlgProAtrrib::ShowState() {
         m_sections->FixOrder();
     }
     ShowCommands();
+    ShowGrade();
 }
 
 void CDlgProAtrrib::StartTimer(Timer timer) {
@@ -508,8 +575,16 @@ void CDlgProAtrrib::OnSectionMenu(const QPoint& at) {
     menu.setTitle("管道列表");
     QAction* sort = menu.addAction(MessageText(MessageSortByWells));
     sort->setEnabled(!m_session.IsReadOnly());
-    if (menu.exec(at) == sort) {
+    QAction* levels = menu.addAction(MessageText(MessageShowLevels));
+    levels->setCheckable(true);
+    levels->setChecked(m_sections->AreLevelsShown());
+    QAction* const chosen = menu.exec(at);
+    if (chosen == sort) {
         Run(CommandSortByWells);
+    } else if (chosen == levels) {
+        m_sections->ShowLevels(levels->isChecked());
+        KeepUserSetting(ShowLevelsKey, levels->isChecked());
+        ShowGrade();
     }
 }
 

@@ -6,12 +6,14 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "shell/dialogs/CFormDraft.h"
 #include "shell/dialogs/CSizeDlg.h"
 #include "workbench/CReviewScreen.h"
 #include "workbench/CReviewSession.h"
+#include "workbench/dialogs/CLevelFiller.h"
 
 class CCtrlPic;
 class CDefectList;
@@ -86,6 +88,7 @@ private:
 
     void MakeButtons();
     void MakeControls();
+    void AddShortcut(const char* keys, int id);
     void PlaceControls();
     QWidget* MakeSectionPanel();
     QWidget* MakeReviewPanel();
@@ -97,6 +100,8 @@ private:
     void ShowSplash();
     void ShowCommands();
     void ShowSteps();
+    // The line below the sections: the grade of the one selected; and, if they are shown, the levels of all.
+    void ShowGrade();
     void RememberPlace() const;
     bool TakeKey(const QWidget* focused, const QKeyEvent& event);
     void OnSectionMenu(const QPoint& at);
@@ -110,6 +115,8 @@ private:
     CWMPPlayer4* m_player = nullptr;
     CCtrlPic* m_canvas = nullptr;
     CPointView* m_ruler = nullptr;
+    CLevelFiller* m_levels = nullptr;
+    std::pair<std::string, std::int64_t> m_levelsOf;  // project and state whose levels are shown
     QSplitter* m_review = nullptr;
     bool m_split = false;
 };

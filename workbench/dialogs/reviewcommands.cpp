@@ -11,7 +11,7 @@ using enum ReviewNeed;
 constexpr int Big = 32;
 constexpr int Small = 20;
 
-constexpr std::array<ReviewCommand, 26> Table = {{
+constexpr std::array<ReviewCommand, 27> Table = {{
     // Id, needs, question, loses, changes, handler, looks
     {1038, Nothing, 0, false, false, OpenProjectCommand, "打开工程", 950, "ui\\big\\open.bmp", Big, "Ctrl+O"},
     {1024, Project, 0, false, false, ProjectPropertiesCommand, "工程属性", 951, "ui\\big\\attrib.bmp", Big,
@@ -44,6 +44,7 @@ constexpr std::array<ReviewCommand, 26> Table = {{
     {CommandRedo, Project, 0, false, true, RedoCommand, "重做", 3452, "ui\\big\\redo.bmp", Big, "Ctrl+Y"},
     {CommandHistory, Project, 0, false, false, HistoryCommand, "历史", 3453, "ui\\big\\history.bmp", Big,
      "Ctrl+J"},
+    {CommandExplain, Section, 0, false, false, ExplainCommand, nullptr, 0, nullptr, 0, "Ctrl+T"},
     {CommandSortByWells, Nothing, 0, false, true, SortByWellsCommand, nullptr, 0, nullptr, 0, nullptr},
     {CommandResume, Project, 0, false, true, ResumeCommand, nullptr, 0, nullptr, 0, nullptr},
     {CommandRenumber, Nothing, 0, false, true, RenumberCommand, nullptr, 0, nullptr, 0, nullptr},

@@ -24,7 +24,7 @@ struct ReviewCommand {
     int Text;              // message of its text; the tip's is TipOffset more
     const char* Bitmap;    // path text
     int Size;              // pixels of the bitmap at 100 %
-    const char* Shortcut;  // portable key text
+    const char* Shortcut;  // portable key text; null for none
 };
 
 inline constexpr int TipOffset = 30;
@@ -48,6 +48,7 @@ inline constexpr int CommandUndo = 5040;
 inline constexpr int CommandRedo = 5041;
 inline constexpr int CommandHistory = 5042;
 inline constexpr int CommandResume = 5054;
+inline constexpr int CommandExplain = 5060;
 inline constexpr int CommandSortByWells = 32782;
 inline constexpr int CommandRenumber = 0x8D2;  // rows were dragged
 
@@ -82,6 +83,9 @@ void UndoCommand(CDlgProAtrrib& window);
 void RedoCommand(CDlgProAtrrib& window);
 void HistoryCommand(CDlgProAtrrib& window);
 
+// Of the assessment.
+void ExplainCommand(CDlgProAtrrib& window);
+
 // What was typed before a crash: the draft that the window offered (CDlgProAtrrib::Resuming).
 void ResumeCommand(CDlgProAtrrib& window);
 inline constexpr const char* SectionDraft = "section";
@@ -107,5 +111,8 @@ inline constexpr int MessageReadOnlyTip = 3334;
 inline constexpr int MessageNotImported = 3335;
 inline constexpr int MessageImportNotes = 3336;
 inline constexpr int MessageDraftFound = 3474;
+inline constexpr int MessageGradeTip = 3565;
+inline constexpr int MessageNoScoring = 3566;
+inline constexpr int MessageShowLevels = 3567;
 inline constexpr int MessageNothingToUndo = 3385;
 inline constexpr int MessageNothingToRedo = 3386;
