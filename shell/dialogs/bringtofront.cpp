@@ -18,3 +18,13 @@ void BringToFront(QWidget& window) {
         QApplication::alert(top);
     }
 }
+
+bool IsBlocked(const QWidget& window) {
+    const QWidget* modal = QApplication::activeModalWidget();
+    for (const QWidget* widget = &window; widget != nullptr; widget = widget->parentWidget()) {
+        if (widget == modal) {
+            return false;
+        }
+    }
+    return modal != nullptr;
+}

@@ -5,3 +5,6 @@ class QWidget;
 
 // Restores a window that is minimised or hidden, and raises it, with the topmost of its own windows on top.
 void BringToFront(QWidget& window);
+
+// Whether a modal window keeps the operator from this one now.
+bool IsBlocked(const QWidget& window);

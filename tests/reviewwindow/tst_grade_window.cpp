@@ -30,6 +30,7 @@ protected:
         }
     }
     void StandOnThird(CDlgProAtrrib& window) {
+        window.setModal(true);  // as in the program
         Open(window);
         List(window).SelectRow(2);
         ASSERT_TRUE(WaitFor([&] { return DefectsOf(window).RowCount() == 2; }));

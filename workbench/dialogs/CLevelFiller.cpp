@@ -1,10 +1,10 @@
 #include "workbench/dialogs/CLevelFiller.h"
 
-#include <QApplication>
 #include <QElapsedTimer>
 
 #include "assessment/explain/projectgrades.h"
 #include "lists/CTestingList.h"
+#include "shell/dialogs/bringtofront.h"
 #include "store/CDbRec.h"
 
 namespace {
@@ -28,7 +28,7 @@ void CLevelFiller::Start(CDbRec& database, ScoringRoute route, float K, float T)
 }
 
 void CLevelFiller::FillSlice() {
-    if (QApplication::activeModalWidget() != nullptr || (IsBusy && IsBusy())) {
+    if (IsBlocked(*m_list.window()) || (IsBusy && IsBusy())) {
         m_timer.setInterval(WhileBusy);
         return;
     }
