@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <set>
 
 #include "history/CJournal.h"
 #include "history/fileidentity.h"
@@ -168,6 +169,24 @@ HistorySpace ReadHistorySpace(CDbRec& database) {
         }
     }
     return space;
+}
+
+std::vector<std::string> DrawnPictures(CDbRec& database) {
+    std::set<std::string> drawn;
+    if (!HasTable(database, "Aux_Journal") || !IsOwn(database)) {
+        return {};
+    }
+    for (CDbCursor row = database.ExecuteAsIs(
+             "SELECT Path, Name FROM Aux_Picture JOIN Aux_Step ON Aux_Step.ID = Aux_Seq >> 32 "
+             "WHERE Undone = 0 ORDER BY Aux_Seq");
+         !row.IsEof(); row.MoveNext()) {
+        if (row.GetLong("Name") == StepDrawPicture) {
+            drawn.insert(row.GetText("Path"));
+        } else {
+            drawn.erase(row.GetText("Path"));  // it is another picture since
+        }
+    }
+    return {drawn.begin(), drawn.end()};
 }
 
 std::string StepPlace(const HistoryStep& step) {

@@ -65,6 +65,10 @@ StepResult RedoSteps(CDbRec& database, int count = 1);
 // Undoes or redoes until this step is the last that is done; 0 undoes all.
 StepResult GoToStep(CDbRec& database, std::int64_t number);
 
+// Pictures that were drawn on and not reset since, as far as the history goes; as they stand in it. Throws
+// CDbError.
+std::vector<std::string> DrawnPictures(CDbRec& database);
+
 // What the history takes beside the project.
 struct HistorySpace {
     std::int32_t Steps = 0;

@@ -99,6 +99,10 @@ std::string GetDocumentsFolder() {
     return folder + '\\';
 }
 
+std::string GetSettingsFolder() {
+    return CHostFiles::PathText(ConfigFolder(HomeFolder()) + "/drovane/").value_or(std::string());
+}
+
 std::string MakeDocumentName(std::string_view title, std::string_view ending) {
     std::string name;
     for (const char c : title) {

@@ -11,6 +11,10 @@ class CUnixFile;
 // the home folder. It needn't exist.
 std::string GetDocumentsFolder();
 
+// The program's own folder among the user's settings, a path text with its trailing "\"; empty if there can be
+// none. It needn't exist.
+std::string GetSettingsFolder();
+
 // `title` as the beginning of a file name, together with `ending` (".xlsx") at most 200 bytes: characters
 // that one file system or another doesn't take are "_". What it gives is never hidden and never empty.
 std::string MakeDocumentName(std::string_view title, std::string_view ending);

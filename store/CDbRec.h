@@ -47,6 +47,8 @@ public:
     // The same without a message, and without a look at the pictures' files: for what shows figures only,
     // and goes through whole projects in the background.
     bool LookAtRecords(std::int32_t testingId, CRecDataArray& out, bool withEvaluate);
+    // The same of the whole project in pieces: the next `most` records behind this ID.
+    bool LookAtRecordsFrom(std::int32_t afterId, int most, CRecDataArray& out, bool withEvaluate);
     // 2018 and -1 on failure. Below 0: of the whole project.
     std::int32_t CountRecords(std::int32_t testingId);
     // 2018. Of all sections at once, by section ID; one without records is missing.
@@ -78,7 +80,7 @@ private:
 
     static _TESTING_DATA ReadTestingRow(CDbCursor& row);
     enum class Pictures { Copied, Left };
-    bool ReadRows(std::int32_t testingId, CRecDataArray& out, bool withEvaluate, Pictures pictures,
+    bool ReadRows(const std::string& statement, CRecDataArray& out, bool withEvaluate, Pictures pictures,
                   const _REC_DATA*& reading);
     void ReadRecordRow(CDbCursor& row, _REC_DATA& record, Pictures pictures) const;
     static void ReadPictures(CDbCursor& row, _REC_DATA& record, Pictures pictures);

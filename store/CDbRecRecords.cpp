@@ -107,7 +107,7 @@ float CDbRec::ReadEvaluate(const _REC_DATA& record) {
 bool CDbRec::ReadRecords(std::int32_t testingId, CRecDataArray& out, bool withEvaluate) {
     out.RemoveAll();
     const _REC_DATA* reading = nullptr;
-    if (ReadRows(testingId, out, withEvaluate, Pictures::Copied, reading)) {
+    if (ReadRows(RecordSelection("select", testingId), out, withEvaluate, Pictures::Copied, reading)) {
         return true;
     }
     // One row that can't be read keeps the whole project from being worked on: which is it?
@@ -122,15 +122,23 @@ bool CDbRec::ReadRecords(std::int32_t testingId, CRecDataArray& out, bool withEv
 bool CDbRec::LookAtRecords(std::int32_t testingId, CRecDataArray& out, bool withEvaluate) {
     out.RemoveAll();
     const _REC_DATA* reading = nullptr;
-    return ReadRows(testingId, out, withEvaluate, Pictures::Left, reading);
+    return ReadRows(RecordSelection("select", testingId), out, withEvaluate, Pictures::Left, reading);
+}
+
+bool CDbRec::LookAtRecordsFrom(std::int32_t afterId, int most, CRecDataArray& out, bool withEvaluate) {
+    out.RemoveAll();
+    const _REC_DATA* reading = nullptr;
+    return ReadRows(FormatSql("select * from Record where ID > %d order by ID limit %d",
+                              {FormatInt(afterId), FormatInt(most)}),
+                    out, withEvaluate, Pictures::Left, reading);
 }
 
 // `reading` is the record that was being read when it failed; null if none was.
-bool CDbRec::ReadRows(std::int32_t testingId, CRecDataArray& out, bool withEvaluate, Pictures pictures,
+bool CDbRec::ReadRows(const std::string& statement, CRecDataArray& out, bool withEvaluate, Pictures pictures,
                       const _REC_DATA*& reading) {
     const CHostFiles::CLookOnce look(HostFiles());
     try {
-        for (CDbCursor rows = Execute(RecordSelection("select", testingId)); !rows.IsEof(); rows.MoveNext()) {
+        for (CDbCursor rows = Execute(statement); !rows.IsEof(); rows.MoveNext()) {
             _REC_DATA& record = out[out.Add(_REC_DATA())];  // a row that fails stays, half read
             reading = &record;
             ReadRecordRow(rows, record, pictures);

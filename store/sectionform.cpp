@@ -191,13 +191,17 @@ bool SplitVideoTitle(std::string_view title, std::string& start, std::string& en
     return whole;
 }
 
-std::chrono::local_seconds ReadTestingDate(std::string_view text) {
+std::optional<std::chrono::local_seconds> ParseTestingDate(std::string_view text) {
     if (GbkLength(text) < ShortestDate) {
-        return Clock().LocalNow();
+        return std::nullopt;
     }
     const std::size_t dash = text.find('-');
     const bool dashes = dash != std::string_view::npos && dash > 0;
-    const auto date = MakeDate(ScanDate(text, dashes ? '-' : '/'));
+    return MakeDate(ScanDate(text, dashes ? '-' : '/'));
+}
+
+std::chrono::local_seconds ReadTestingDate(std::string_view text) {
+    const std::optional<std::chrono::local_seconds> date = ParseTestingDate(text);
     return date ? *date : Clock().LocalNow();
 }
 

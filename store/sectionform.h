@@ -89,8 +89,9 @@ std::span<const char* const> SectionProposals(int control);
 // "E", and the result is false.
 bool SplitVideoTitle(std::string_view title, std::string& start, std::string& end);
 
-// Reads dates with "-" or "/"; parts that are missing count 0. What is shorter than a date, or none, gives
-// the present time.
+// Reads dates with "-" or "/"; parts that are missing count 0. Nothing if it is shorter than a date, or none.
+std::optional<std::chrono::local_seconds> ParseTestingDate(std::string_view text);
+// The same; the present time instead of nothing.
 std::chrono::local_seconds ReadTestingDate(std::string_view text);
 std::string FormatTestingDate(std::chrono::local_seconds date);
 

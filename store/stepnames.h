@@ -21,4 +21,5 @@ enum StepName : int {
     StepResetPicture = 3357,
     StepDeletePicture = 3358,
     StepOrderRecords = 3359,
+    StepMend = 3360,
 };

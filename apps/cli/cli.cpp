@@ -35,6 +35,8 @@ constexpr Command Commands[] = {
      "tell how the grade of a section came about, and what each record weighs", RunExplain},
     {"reorder", "PROJECT --section ID [--dry-run]",
      "put the records of a section in the order of distance, where that gives another grade", RunReorder},
+    {"check", "PROJECT [--only errors|warnings|hints] [--k N] [--t N] [--pictures] [--json]",
+     "tell what a client would send back; with --pictures also what is in pictures and videos", RunCheck},
     {"dataset", "PROJECT [--k N] [--t N] [--sections ID,ID] -o FILE.xml",
      "write what a report of the sections shows, as the report generator reads it", RunDataset},
     {"export-word", "PROJECT [--k N] [--t N] [--sections ID,ID] -o FILE.docx",

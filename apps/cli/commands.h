@@ -28,6 +28,8 @@ int RunProjects(const CommandContext& context);
 int RunNew(const CommandContext& context);
 int RunMakeStandard(const CommandContext& context);
 int RunSettings(const CommandContext& context);
+// commands_check.cpp
+int RunCheck(const CommandContext& context);
 // commands_convert.cpp
 int RunConvert(const CommandContext& context);
 // commands_nmea.cpp

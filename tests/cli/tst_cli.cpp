@@ -116,6 +116,29 @@ TEST_F(Cli, GradesByTheProjectsStandard) {
     EXPECT_NE(Err().find("自定规程"), std::string::npos);
 }
 
+TEST_F(Cli, ChecksAProject) {
+    Json section = Section("W1", "W2", Json::array({Defect("PL", 3, 9, 9), Defect("PL", 2, 99, 99)}));
+    section["PipeDiameter"] = "400";
+    const std::string project = Load(NewProject(), {{"sections", {section}}});
+    ASSERT_EQ(Run({"check", project, "--only", "errors", "--json"}), 3) << Err();
+    const Json findings = OutJson()["findings"];
+    ASSERT_FALSE(findings.empty());
+    const auto beyond = std::find_if(findings.begin(), findings.end(),
+                                     [](const Json& finding) { return finding["rule"] == 30; });
+    ASSERT_NE(beyond, findings.end());
+    EXPECT_EQ((*beyond)["severity"], "error");
+    EXPECT_EQ((*beyond)["section"], 1);
+    EXPECT_EQ((*beyond)["record"], 2);
+    EXPECT_EQ((*beyond)["field"], "DistanceStart");
+    EXPECT_NE((*beyond)["text"].get<std::string>().find("99"), std::string::npos);
+    EXPECT_TRUE(std::all_of(findings.begin(), findings.end(),
+                            [](const Json& finding) { return finding["severity"] == "error"; }));
+    EXPECT_TRUE(OutJson()["waived"].empty());
+    EXPECT_EQ(Run({"check", project}), 3);
+    EXPECT_EQ(Run({"check", project, "--only", "all"}), 2);
+    EXPECT_EQ(Run({"check", m_folder.Host("db/none.mdb").string()}), 1);
+}
+
 TEST_F(Cli, ExplainsAGradeAndPutsItsRecordsInOrder) {
     const Json records = Json::array(
         {Defect("PL", 3, 9, 9), Defect("PL", 2, 2, 2), Defect("JCJ_PS", 1, 0, 0), Defect("PL", 1, 20, 20)});
