@@ -99,9 +99,10 @@ bool NewManholeDefect(CDbRec& database, const _TESTING_DATA& section, std::strin
 namespace {
 
 bool RunEdit(CDbRec& database, const _TESTING_DATA& section, const _REC_DATA& record, FormDraft draft,
-             QWidget* parent) {
+             QWidget* parent, int control = 0) {
     if (record.IsJCJ()) {
         CJcjDlg dialog(database, record.ID, FolderOf(section), false, parent);
+        dialog.FirstFocus = control;
         dialog.Record = record;
         ResumePictures(draft, dialog.Record, dialog.Pictures);
         dialog.Draft = std::move(draft);
@@ -109,6 +110,7 @@ bool RunEdit(CDbRec& database, const _TESTING_DATA& section, const _REC_DATA& re
         return false;
     }
     CDlgEdit dialog(false, database, record.ID, LengthOf(section), parent);
+    dialog.FirstFocus = control;
     dialog.GiveLength = LengthGiver(database, section);
     dialog.Record = record;
     ResumePictures(draft, dialog.Record, dialog.Pictures);
@@ -125,10 +127,11 @@ const auto* RowOf(const Rows& rows, std::int32_t id) {
 
 }  // namespace
 
-bool EditDefect(CDbRec& database, const _TESTING_DATA& section, const _REC_DATA& record, QWidget* parent) {
+bool EditDefect(CDbRec& database, const _TESTING_DATA& section, const _REC_DATA& record, QWidget* parent,
+                int control) {
     return RunEdit(database, section, record,
                    DraftOf(record.IsJCJ() ? ManholeDraft : DefectDraft, database, section.ID, record.ID),
-                   parent);
+                   parent, control);
 }
 
 bool ResumeDefect(CDbRec& database, const FormDraft& draft, QWidget* parent) {

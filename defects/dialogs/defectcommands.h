@@ -17,8 +17,9 @@ bool NewManholeDefect(CDbRec& database, const _TESTING_DATA& section, std::strin
                       QWidget* parent);
 
 // True if the list of defects is to be filled anew: also after Cancel, since pictures may have changed, but
-// not for a manhole, whose changes show when the section is selected next.
-bool EditDefect(CDbRec& database, const _TESTING_DATA& section, const _REC_DATA& record, QWidget* parent);
+// not for a manhole, whose changes show when the section is selected next. `control` has the focus first.
+bool EditDefect(CDbRec& database, const _TESTING_DATA& section, const _REC_DATA& record, QWidget* parent,
+                int control = 0);
 
 // The window of a defect or a manhole once more, with what was typed there before a crash. The draft has
 // ended then. False, after message 3473, if its section or record isn't there any more.

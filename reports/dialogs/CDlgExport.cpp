@@ -11,6 +11,7 @@
 
 #include "assessment/explain/dialogs/gradechoice.h"
 #include "assessment/standards.h"
+#include "check/dialogs/CErrorNote.h"
 #include "lists/CTestingList.h"
 #include "lists/CTickAllBox.h"
 #include "reports/CRecExport.h"
@@ -39,6 +40,7 @@ constexpr int IdRegion = 1063;
 constexpr int IdSoil = 1064;
 constexpr int IdLoad = 1065;
 constexpr int IdAsReviewed = 5069;
+constexpr int IdErrors = 5085;
 
 constexpr int MessageNoSections = 3232;
 constexpr int MessageReplace = 3233;
@@ -72,7 +74,8 @@ public:
 
 private:
     void Enable(bool enable) {
-        for (const int id : {IdSections, IdAll, IdRegion, IdSoil, IdLoad, IdAsReviewed, IdOk, IdCancel}) {
+        for (const int id :
+             {IdSections, IdAll, IdRegion, IdSoil, IdLoad, IdAsReviewed, IdErrors, IdOk, IdCancel}) {
             m_dialog.EnableControl(id, enable);
         }
     }
@@ -86,7 +89,8 @@ CDlgExport::CDlgExport(CRecExport& project, QWidget* parent)
       m_project(project),
       m_sections(AddControl(IdSections, new CTestingList(this))),
       m_all(AddControl(IdAll, new CTickAllBox(*m_sections, this))),
-      m_status(AddControl(IdStatus, new QLabel(this))) {
+      m_status(AddControl(IdStatus, new QLabel(this))),
+      m_errors(AddControl(IdErrors, new CErrorNote(this))) {
     setWindowTitle("导出Word报告");
     auto* heading = AddControl(IdHeading, new QLabel("请选择需要到处的管段", this));
     heading->setBuddy(m_sections);
@@ -103,8 +107,7 @@ CDlgExport::CDlgExport(CRecExport& project, QWidget* parent)
     m_region = AddParameter(*grid, IdRegionLabel, "地区重要性参数(K)", IdRegion);
     m_soil = AddParameter(*grid, IdSoilLabel, "土质影响参数(T)", IdSoil);
     m_load = AddParameter(*grid, IdLoadLabel, "负荷(F)", IdLoad);
-    grid->addWidget(AddControl(IdAsReviewed, new QPushButton(this)), 1, 2,
-                    Qt::AlignLeft | Qt::AlignVCenter);
+    grid->addWidget(AddControl(IdAsReviewed, new QPushButton(this)), 1, 2, Qt::AlignLeft | Qt::AlignVCenter);
     Item<QPushButton>(IdAsReviewed)->setAutoDefault(false);
     grid->setColumnStretch(2, 1);
     QBoxLayout* buttons = MakeOkCancelRow();
@@ -114,6 +117,7 @@ CDlgExport::CDlgExport(CRecExport& project, QWidget* parent)
     column->addLayout(head);
     column->addWidget(m_sections, 1);
     column->addLayout(grid);
+    column->addWidget(m_errors);
     column->addSpacing(6);
     column->addLayout(buttons);
 }
@@ -151,6 +155,11 @@ void CDlgExport::OnInitDialog() {
     m_useGenerator = UsesGenerator(m_attributes.CriterionName);
     FillParameters();
     FillSections();
+    m_errors->OnLink = [this] {
+        ErrorsWanted = true;
+        OnCancel();
+    };
+    m_errors->Start(m_project);
 }
 
 void CDlgExport::FillParameters() {

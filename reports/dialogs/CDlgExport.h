@@ -12,6 +12,7 @@
 #include "shell/dialogs/CSizeDlg.h"
 #include "store/records/records.h"
 
+class CErrorNote;
 class CRecExport;
 class CTestingList;
 class CTickAllBox;
@@ -24,6 +25,9 @@ class CDlgExport : public CSizeDlg {
 public:
     // The project is open and outlives the window.
     explicit CDlgExport(CRecExport& project, QWidget* parent = nullptr);
+
+    // After Cancel: the operator wants to see what the check found first.
+    bool ErrorsWanted = false;
 
 protected:
     void OnInitDialog() override;
@@ -56,4 +60,5 @@ private:
     QComboBox* m_soil = nullptr;
     QComboBox* m_load = nullptr;  // no standard has rows for it
     QLabel* m_status;
+    CErrorNote* m_errors;
 };

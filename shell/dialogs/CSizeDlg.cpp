@@ -43,6 +43,9 @@ void CSizeDlg::Initialize() {
         m_initialized = true;
         m_initializing = true;
         OnInitDialog();
+        if (QWidget* first = GetDlgItem(FirstFocus)) {
+            first->setFocus(Qt::TabFocusReason);  // selects the text
+        }
         m_initializing = false;
     }
 }

@@ -36,6 +36,9 @@ public:
         return dynamic_cast<Control*>(GetDlgItem(id));
     }
 
+    // The control that has the focus when the window comes up, with its text selected; 0: its first.
+    int FirstFocus = 0;
+
     // Runs the window until it closes; the result is IdOk or IdCancel.
     int DoModal();
 

@@ -15,11 +15,6 @@
 
 namespace {
 
-constexpr int IdComment = 1020;
-constexpr int IdCriteria = 1021;
-constexpr int IdName = 1022;
-constexpr int IdIndex = 1023;
-constexpr int IdLocation = 1024;
 constexpr int CommentLines = 4;
 constexpr int FieldCharacters = 36;
 

@@ -9,6 +9,12 @@
 
 class CDlgNewPro : public CSizeDlg {
 public:
+    static constexpr int IdComment = 1020;
+    static constexpr int IdCriteria = 1021;
+    static constexpr int IdName = 1022;
+    static constexpr int IdIndex = 1023;
+    static constexpr int IdLocation = 1024;
+
     explicit CDlgNewPro(QWidget* parent = nullptr);
 
     int EditFlag = 0;         // 1: an existing project

@@ -18,6 +18,7 @@
 #include "assessment/explain/dialogs/gradechoice.h"
 #include "assessment/explain/explanationtext.h"
 #include "assessment/explain/projectgrades.h"
+#include "check/dialogs/CDlgCheck.h"
 #include "controls/CButtonST.h"
 #include "controls/CWMPPlayer4.h"
 #include "defects/dialogs/CCtrlPic.h"
@@ -319,6 +320,20 @@ void CDlgProAtrrib::ShowSteps() {
     show(CommandRedo, next.Redo, MessageNothingToRedo);
 }
 
+CDlgCheck& CDlgProAtrrib::CheckWindow() {
+    if (m_check == nullptr) {
+        m_check = new CDlgCheck(this);
+        ShowCheck();
+    }
+    return *m_check;
+}
+
+void CDlgProAtrrib::ShowCheck() {
+    if (m_check != nullptr) {
+        m_check->Follow(m_session.Database(), m_session.Database() != nullptr && !m_session.IsReadOnly());
+    }
+}
+
 void CDlgProAtrrib::ShowGrade() {
     CRecExport* const database = m_session.Database();
     const _TESTING_DATA* section = SelectedSection();
@@ -433,6 +448,7 @@ void CDlgProAtrrib::Run(int id) {
     m_session.Return(place);
     ShowSteps();
     ShowGrade();
+    ShowCheck();
     if (focus != nullptr && focus != focusWidget() && focus->isVisible() && focus->isEnabled()) {
         focus->setFocus();
     }
@@ -541,6 +557,7 @@ void CDlgProAtrrib::ShowState() {
     }
     ShowCommands();
     ShowGrade();
+    ShowCheck();
 }
 
 void CDlgProAtrrib::StartTimer(Timer timer) {

@@ -3,6 +3,7 @@
 // (reviewcommands.h), which one dispatcher runs.
 #pragma once
 
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -16,6 +17,7 @@
 #include "workbench/dialogs/CLevelFiller.h"
 
 class CCtrlPic;
+class CDlgCheck;
 class CDefectList;
 class CPointView;
 class CTestingList;
@@ -48,6 +50,12 @@ public:
     // lists are fresh, and the operator stands where he stood or on what was made, with the focus there.
     void Run(int id);
     void Close();
+    // What the check's window asks for, to be run as a command.
+    std::function<void()> Asked;
+    // The control that the next form begins with; 0: its first.
+    int FormField = 0;
+    // Made when it is first asked for.
+    CDlgCheck& CheckWindow();
     // What was typed in windows that ended with a crash: asks for each (3474) whether to go on with it; a
     // draft that isn't wanted goes.
     void OfferDrafts();
@@ -102,6 +110,7 @@ private:
     void ShowSteps();
     // The line below the sections: the grade of the one selected; and, if they are shown, the levels of all.
     void ShowGrade();
+    void ShowCheck();
     void RememberPlace() const;
     bool TakeKey(const QWidget* focused, const QKeyEvent& event);
     void OnSectionMenu(const QPoint& at);
@@ -116,6 +125,7 @@ private:
     CCtrlPic* m_canvas = nullptr;
     CPointView* m_ruler = nullptr;
     CLevelFiller* m_levels = nullptr;
+    CDlgCheck* m_check = nullptr;
     std::pair<std::string, std::int64_t> m_levelsOf;  // project and state whose levels are shown
     QSplitter* m_review = nullptr;
     bool m_split = false;

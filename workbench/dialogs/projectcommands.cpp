@@ -86,6 +86,7 @@ void ProjectPropertiesCommand(CDlgProAtrrib& window) {
     }
     CDlgNewPro dialog(&window);
     dialog.Edit(project);
+    dialog.FirstFocus = window.FormField;
     do {
         if (dialog.DoModal() != CSizeDlg::IdOk || dialog.ProjectName.empty() || dialog.CriterionIndex < 0) {
             return;
@@ -177,7 +178,11 @@ void ExportWordCommand(CDlgProAtrrib& window) {
             OpenWordReport(report.Path);
         }
     } else if (window.Session().Meets(ReviewNeed::Project)) {
-        (void)CDlgExport(*window.Session().Database(), &window).DoModal();
+        CDlgExport dialog(*window.Session().Database(), &window);
+        (void)dialog.DoModal();
+        if (dialog.ErrorsWanted) {
+            CheckCommand(window);
+        }
     }
 }
 

@@ -61,7 +61,7 @@ void EditDefectCommand(CDlgProAtrrib& window) {
     CRecExport& database = *window.Session().Database();
     const _TESTING_DATA section = *window.SectionList().SelectedSection();
     if (const auto record = StoredRecord(database, *window.DefectList().SelectedRecord())) {
-        (void)EditDefect(database, section, *record, &window);
+        (void)EditDefect(database, section, *record, &window, window.FormField);
     }
 }
 

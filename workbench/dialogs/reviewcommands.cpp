@@ -11,11 +11,11 @@ using enum ReviewNeed;
 constexpr int Big = 32;
 constexpr int Small = 20;
 
-constexpr std::array<ReviewCommand, 27> Table = {{
+constexpr std::array<ReviewCommand, 30> Table = {{
     // Id, needs, question, loses, changes, handler, looks
     {1038, Nothing, 0, false, false, OpenProjectCommand, "打开工程", 950, "ui\\big\\open.bmp", Big, "Ctrl+O"},
-    {1024, Project, 0, false, false, ProjectPropertiesCommand, "工程属性", 951, "ui\\big\\attrib.bmp", Big,
-     "Ctrl+P"},
+    {CommandProjectProperties, Project, 0, false, false, ProjectPropertiesCommand, "工程属性", 951,
+     "ui\\big\\attrib.bmp", Big, "Ctrl+P"},
     {1082, Project, 0, false, true, ImportXmlCommand, "导入XML", 952, "ui\\big\\xml.bmp", Big, "Ctrl+I"},
     {1027, Project, 0, false, true, ImportGpsCommand, "导入GPS", 953, "ui\\big\\gps.bmp", Big, "Ctrl+G"},
     {1025, Project, 2188, false, false, ExportExcelCommand, "导出Excel", 954, "ui\\big\\excel.bmp", Big,
@@ -44,31 +44,25 @@ constexpr std::array<ReviewCommand, 27> Table = {{
     {CommandRedo, Project, 0, false, true, RedoCommand, "重做", 3452, "ui\\big\\redo.bmp", Big, "Ctrl+Y"},
     {CommandHistory, Project, 0, false, false, HistoryCommand, "历史", 3453, "ui\\big\\history.bmp", Big,
      "Ctrl+J"},
+    {CommandCheck, Project, 0, false, false, CheckCommand, "检查", 3880, "ui\\big\\check.bmp", Big, "Ctrl+K"},
+    {CommandGoToFinding, Project, 0, false, false, AskedCommand, nullptr, 0, nullptr, 0, nullptr},
+    {CommandMendFindings, Project, 0, false, true, AskedCommand, nullptr, 0, nullptr, 0, nullptr},
     {CommandExplain, Section, 0, false, false, ExplainCommand, nullptr, 0, nullptr, 0, "Ctrl+T"},
     {CommandSortByWells, Nothing, 0, false, true, SortByWellsCommand, nullptr, 0, nullptr, 0, nullptr},
     {CommandResume, Project, 0, false, true, ResumeCommand, nullptr, 0, nullptr, 0, nullptr},
     {CommandRenumber, Nothing, 0, false, true, RenumberCommand, nullptr, 0, nullptr, 0, nullptr},
 }};
 
-constexpr std::array Toolbar = {1038,
-                                1024,
-                                ToolbarLine,
-                                CommandUndo,
-                                CommandRedo,
-                                CommandHistory,
-                                ToolbarLine,
-                                1082,
-                                1027,
-                                ToolbarLine,
-                                1026,
-                                1025,
-                                1019,
-                                1018,
-                                ToolbarLine,
-                                1081,
-                                ToolbarStretch,
-                                1080,
-                                2};
+constexpr std::array Toolbar = {1038,         CommandProjectProperties,
+                                ToolbarLine,  CommandUndo,
+                                CommandRedo,  CommandHistory,
+                                ToolbarLine,  1082,
+                                1027,         ToolbarLine,
+                                CommandCheck, 1026,
+                                1025,         1019,
+                                1018,         ToolbarLine,
+                                1081,         ToolbarStretch,
+                                1080,         2};
 constexpr std::array OfSections = {1021, CommandDeleteSection, CommandSectionProperties, 1079};
 constexpr std::array OfDefects = {1035, 1037, CommandDeleteDefect, CommandEditDefect, 1033};
 

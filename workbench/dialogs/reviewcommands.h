@@ -40,6 +40,7 @@ std::span<const int> ToolbarOrder();
 std::span<const int> SectionButtons();
 std::span<const int> DefectButtons();
 
+inline constexpr int CommandProjectProperties = 1024;
 inline constexpr int CommandDeleteSection = 1023;
 inline constexpr int CommandSectionProperties = 1028;
 inline constexpr int CommandEditDefect = 1029;
@@ -49,6 +50,9 @@ inline constexpr int CommandRedo = 5041;
 inline constexpr int CommandHistory = 5042;
 inline constexpr int CommandResume = 5054;
 inline constexpr int CommandExplain = 5060;
+inline constexpr int CommandCheck = 5070;
+inline constexpr int CommandGoToFinding = 5083;
+inline constexpr int CommandMendFindings = 5084;
 inline constexpr int CommandSortByWells = 32782;
 inline constexpr int CommandRenumber = 0x8D2;  // rows were dragged
 
@@ -85,6 +89,10 @@ void HistoryCommand(CDlgProAtrrib& window);
 
 // Of the assessment.
 void ExplainCommand(CDlgProAtrrib& window);
+
+// Of the check. The latter two do what its window asks for (CDlgProAtrrib::Asked).
+void CheckCommand(CDlgProAtrrib& window);
+void AskedCommand(CDlgProAtrrib& window);
 
 // What was typed before a crash: the draft that the window offered (CDlgProAtrrib::Resuming).
 void ResumeCommand(CDlgProAtrrib& window);

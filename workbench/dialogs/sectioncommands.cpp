@@ -37,6 +37,7 @@ void AddSections(CDlgProAtrrib& window, FormDraft draft) {
 void ChangeSection(CDlgProAtrrib& window, const _TESTING_DATA& section, FormDraft draft) {
     CDlgNewTesting dialog(&window);
     dialog.Sections = {section};
+    dialog.FirstFocus = window.FormField;
     dialog.Draft = std::move(draft);
     if (dialog.DoModal() == CSizeDlg::IdOk && !dialog.Sections.empty()) {
         (void)window.Session().Database()->UpdateTesting(dialog.Sections.front());
