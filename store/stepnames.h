@@ -22,4 +22,5 @@ enum StepName : int {
     StepDeletePicture = 3358,
     StepOrderRecords = 3359,
     StepMend = 3360,
+    StepBulkEdit = 3361,
 };

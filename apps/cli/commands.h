@@ -46,6 +46,7 @@ int RunDeleteSection(const CommandContext& context);
 int RunDeleteRecord(const CommandContext& context);
 int RunEditSection(const CommandContext& context);
 int RunEditRecord(const CommandContext& context);
+int RunEditSections(const CommandContext& context);
 // commands_excel.cpp
 int RunExportExcel(const CommandContext& context);
 // commands_geo.cpp

@@ -6,6 +6,8 @@
 
 #include "apps/cli/CArguments.h"
 #include "apps/cli/commands.h"
+#include "apps/cli/wherechoice.h"
+#include "bulk/edits.h"
 #include "shell/numbers.h"
 #include "shell/textcodec.h"
 #include "store/CDbRec.h"
@@ -135,7 +137,62 @@ public:
     std::int32_t ID = 0;
 };
 
+FieldChange ReadChange(const std::string& word) {
+    const std::size_t equals = word.find('=');
+    if (equals == std::string::npos) {
+        throw CUsageError("FIELD=VALUE is needed instead of " + word);
+    }
+    std::string name = word.substr(0, equals);
+    for (const QueryName& known : FieldNames()) {
+        if (!known.OfRecord && EqualNoCase(known.Name, name)) {
+            name = known.Column;
+        }
+    }
+    for (const char* column : BulkSectionColumns()) {
+        if (EqualNoCase(column, name)) {
+            return {column, word.substr(equals + 1)};
+        }
+    }
+    throw CUsageError(name + " isn't a field that can be changed in many sections");
+}
+
 }  // namespace
+
+int RunEditSections(const CommandContext& context) {
+    const CArguments arguments(context.Words, {"--where"}, {"--dry-run"});
+    arguments.ExpectPlaces(2, std::string::npos);
+    (void)arguments.Require("--where");
+    std::vector<FieldChange> changes;
+    for (std::size_t i = 1; i < arguments.Places().size(); ++i) {
+        changes.push_back(ReadChange(arguments.Places()[i]));
+    }
+    CDbRec database;
+    OpenProject(database, context, arguments.Places()[0]);
+    CQueryRows rows;
+    std::vector<const _TESTING_DATA*> sections;
+    for (const std::int32_t id : ChosenRows(database, arguments, rows).Sections) {
+        sections.push_back(rows.FindSection(id));
+    }
+    const SectionPlan plan = PlanSectionEdits(sections, changes);
+    if (!plan.Refused.empty()) {
+        throw std::runtime_error(plan.Refused);
+    }
+    if (!arguments.Has("--dry-run") && !ApplyEdits(database, plan.Edits)) {
+        return 1;
+    }
+    std::size_t changed = 0;
+    for (const PlannedEdit<_TESTING_DATA>& edit : plan.Edits) {
+        for (const PlannedField& field : edit.Fields) {
+            context.Out << "section " << edit.Changed.ID << ": " << field.Column << " \"" << field.Before
+                        << "\" becomes \"" << field.After << "\"\n";
+        }
+        if (!edit.Fields.empty()) {
+            ++changed;
+        }
+    }
+    context.Out << changed << " of " << sections.size() << " sections\n";
+    return 0;
+}
 
 int RunGpsCalc(const CommandContext& context) {
     CTarget target(context, "--section", false);

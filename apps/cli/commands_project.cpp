@@ -1,12 +1,14 @@
 // What goes into a project and what comes out of it.
 #include <nlohmann/json.hpp>
 #include <ostream>
+#include <set>
 #include <stdexcept>
 #include <unordered_map>
 
 #include "apps/cli/CArguments.h"
 #include "apps/cli/CTextTable.h"
 #include "apps/cli/commands.h"
+#include "apps/cli/wherechoice.h"
 #include "fieldimport/acquisitionimport.h"
 #include "history/restorepoints.h"
 #include "shell/numbers.h"
@@ -18,6 +20,18 @@
 namespace {
 
 constexpr const char* ReadFailure = "the project can't be read";
+
+template <class Rows>
+void KeepOnly(Rows& rows, const std::vector<std::int32_t>& ids) {
+    const std::set<std::int32_t> wanted(ids.begin(), ids.end());
+    Rows kept;
+    for (auto& row : rows) {
+        if (wanted.contains(row.ID)) {
+            kept.Add(std::move(row));
+        }
+    }
+    rows = std::move(kept);
+}
 
 }  // namespace
 
@@ -52,13 +66,17 @@ int RunImportXml(const CommandContext& context) {
 }
 
 int RunSections(const CommandContext& context) {
-    const CArguments arguments(context.Words, {}, {"--json"});
+    const CArguments arguments(context.Words, {"--where"}, {"--json"});
     arguments.ExpectPlaces(1, 1);
     CDbRec database;
     OpenProject(database, context, arguments.Places()[0]);
     CTestingDataArray sections;
     if (!database.ReadTestings(sections)) {
         throw std::runtime_error(ReadFailure);
+    }
+    if (arguments.Has("--where")) {
+        CQueryRows rows;
+        KeepOnly(sections, ChosenRows(database, arguments, rows).Sections);
     }
     if (arguments.Has("--json")) {
         CJsonList list([&context](std::string_view text) { context.Out << text; });
@@ -84,7 +102,7 @@ int RunSections(const CommandContext& context) {
 }
 
 int RunRecords(const CommandContext& context) {
-    const CArguments arguments(context.Words, {"--section"}, {"--json"});
+    const CArguments arguments(context.Words, {"--section", "--where"}, {"--json"});
     arguments.ExpectPlaces(1, 1);
     const std::int32_t section = arguments.Has("--section") ? arguments.RequireId("--section") : -1;
     CDbRec database;
@@ -92,6 +110,10 @@ int RunRecords(const CommandContext& context) {
     CRecDataArray records;
     if (!database.ReadRecords(section, records, true)) {
         throw std::runtime_error(ReadFailure);
+    }
+    if (arguments.Has("--where")) {
+        CQueryRows rows;
+        KeepOnly(records, ChosenRows(database, arguments, rows).Records);
     }
     if (arguments.Has("--json")) {
         CJsonList list([&context](std::string_view text) { context.Out << text; });

@@ -139,6 +139,31 @@ TEST_F(Cli, ChecksAProject) {
     EXPECT_EQ(Run({"check", m_folder.Host("db/none.mdb").string()}), 1);
 }
 
+TEST_F(Cli, FindsRowsAndChangesThemTogether) {
+    const std::string project = Load(
+        NewProject(), {{"sections",
+                        {Section("W1", "W2", Json::array({Defect("PL", 3, 9, 9), Defect("CK", 1, 12, 12)})),
+                         Section("W2", "W3", Json::array({Defect("PL", 1, 9, 9)}))}}});
+    ASSERT_EQ(Run({"records", project, "--where", "grade>=3 code:PL", "--json"}), 0) << Err();
+    ASSERT_EQ(OutJson().size(), 1U);
+    EXPECT_EQ(OutJson()[0]["ID"], 1);
+    ASSERT_EQ(Run({"sections", project, "--where", "-grade>=3", "--json"}), 0);
+    ASSERT_EQ(OutJson().size(), 1U);
+    EXPECT_EQ(OutJson()[0]["EndWell"], "W3");
+    EXPECT_EQ(Run({"sections", project, "--where", "colour=red"}), 2);
+
+    EXPECT_EQ(Run({"edit-sections", project, "--where", "well=W2", "tester=Lu", "diameter=none"}), 1);
+    EXPECT_EQ(Run({"edit-sections", project, "--where", "well=W2", "grade=1"}), 2);
+    EXPECT_EQ(Run({"edit-sections", project, "tester=Lu"}), 2) << "all of them would have to be asked for";
+    ASSERT_EQ(Run({"edit-sections", project, "--where", "W3", "tester=Lu", "--dry-run"}), 0) << Err();
+    EXPECT_NE(Out().find("1 of 1"), std::string::npos);
+    ASSERT_EQ(Run({"sections", project, "--where", "tester=Lu", "--json"}), 0);
+    EXPECT_TRUE(OutJson().empty());
+    ASSERT_EQ(Run({"edit-sections", project, "--where", "W3", "tester=Lu"}), 0) << Err();
+    ASSERT_EQ(Run({"sections", project, "--where", "tester=Lu", "--json"}), 0);
+    EXPECT_EQ(OutJson().size(), 1U);
+}
+
 TEST_F(Cli, ExplainsAGradeAndPutsItsRecordsInOrder) {
     const Json records = Json::array(
         {Defect("PL", 3, 9, 9), Defect("PL", 2, 2, 2), Defect("JCJ_PS", 1, 0, 0), Defect("PL", 1, 20, 20)});
