@@ -17,9 +17,9 @@
 #include "shell/seams.h"
 #include "store/CDbError.h"
 #include "store/CDbRec.h"
-#include "store/stepnames.h"
 #include "store/recordpictures.h"
 #include "store/sonar.h"
+#include "store/stepnames.h"
 
 namespace {
 
@@ -156,7 +156,9 @@ bool StoreAcquisition(CDbRec& database, const _TESTING_DATA& section, std::strin
         for (std::size_t i = 0; i < items.size(); ++i) {
             const std::string place = PlaceOf(path, i + 1, items[i]);
             if (database.AddRecord(MakeRecord(database, stored, items[i]))) {
+                const std::int32_t record = database.LastInsertId();
                 NoteConversions(place, items[i], notes.Converted);
+                notes.ConvertedRecords.resize(notes.Converted.size(), record);
             } else if (batch.IsLost()) {
                 return false;  // the message came from AddRecord; each further item would only repeat it
             } else {
@@ -225,6 +227,7 @@ bool ImportAcquisition(CDbRec& database, std::string_view path, const CLineSink&
     if (!StoreAcquisition(database, section, description, items, told, id)) {
         return false;
     }
+    told.Section = id;
     if (sonar) {
         StoreSonarFiles(database.Path(), path, id);
         if (!HoldsSonarFiles(database.Path(), path, id)) {

@@ -1,6 +1,7 @@
 // Makes a section, with its defect records or its sonar data, out of a field folder.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,6 +26,8 @@ class CDbRec;
 struct ImportNotes {
     std::vector<std::string> Refused;
     std::vector<std::string> Converted;
+    std::vector<std::int32_t> ConvertedRecords;  // of which record each is
+    std::int32_t Section = -1;                   // that was made
 };
 bool ImportAcquisition(CDbRec& database, std::string_view path, const CLineSink& sink,
                        ImportNotes* notes = nullptr);

@@ -114,6 +114,10 @@ void PicturesFromJson(const Json& json, const std::string& place, CPicDataArray&
 
 }  // namespace
 
+Json IdToJson(std::int32_t id) {
+    return id < 0 ? Json() : Json(id);
+}
+
 Json NumberToJson(double value) {
     if (std::isnan(value)) {
         return "NaN";

@@ -9,6 +9,8 @@
 #include "store/records/records.h"
 
 nlohmann::ordered_json NumberToJson(double value);
+// null for "none", which is below 0.
+nlohmann::ordered_json IdToJson(std::int32_t id);
 
 nlohmann::ordered_json ProjectToJson(const _PRO_DATA& project);
 nlohmann::ordered_json SectionToJson(const _TESTING_DATA& section);

@@ -47,10 +47,6 @@ std::optional<CheckSeverity> AskedSeverity(const CArguments& arguments) {
     throw CUsageError("--only takes errors, warnings or hints");
 }
 
-Json IdToJson(std::int32_t id) {
-    return id < 0 ? Json() : Json(id);
-}
-
 Json ToJson(const CheckFinding& finding) {
     return {{"rule", finding.Rule},
             {"severity", NameOf(SeverityOf(finding.Rule))},

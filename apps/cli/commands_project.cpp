@@ -9,9 +9,11 @@
 #include "apps/cli/CTextTable.h"
 #include "apps/cli/commands.h"
 #include "apps/cli/wherechoice.h"
-#include "fieldimport/acquisitionimport.h"
-#include "history/restorepoints.h"
+#include "bulk/jobimport.h"
+#include "shell/CHostFiles.h"
+#include "shell/CProgress.h"
 #include "shell/numbers.h"
+#include "shell/seams.h"
 #include "store/CDbRec.h"
 #include "store/projectdocument.h"
 #include "store/recordjson.h"
@@ -20,6 +22,61 @@
 namespace {
 
 constexpr const char* ReadFailure = "the project can't be read";
+
+const char* KindName(ImportLine::Kind kind) {
+    switch (kind) {
+        case ImportLine::Kind::Taken:
+            return "taken";
+        case ImportLine::Kind::Known:
+            return "known";
+        case ImportLine::Kind::Refused:
+            return "refused";
+        case ImportLine::Kind::Missing:
+            return "missing";
+        case ImportLine::Kind::Changed:
+            break;
+    }
+    return "changed";
+}
+
+void PrintLine(std::ostream& out, const ImportLine& line, bool skipsKnown) {
+    const bool ofFile = line.Section < 0;
+    switch (line.What) {
+        case ImportLine::Kind::Taken:
+            return;
+        case ImportLine::Kind::Known:
+            out << line.Text << '\n' << ShownPath(line.File) << (skipsKnown ? ": skipped\n" : ": refused\n");
+            return;
+        case ImportLine::Kind::Refused:
+            if (ofFile) {
+                out << line.Text << '\n' << ShownPath(line.File);
+            } else {
+                out << line.Text;
+            }
+            out << ": refused\n";
+            return;
+        default:
+            out << line.Text << '\n';
+    }
+}
+
+// A folder stands for all that are below it.
+std::vector<std::string> DescriptionsOf(const CommandContext& context, const CArguments& arguments) {
+    std::vector<std::string> files;
+    for (std::size_t i = 1; i < arguments.Places().size(); ++i) {
+        const std::string path = PathArgument(context, arguments.Places()[i]);
+        if (!HostFiles().IsFolder(path)) {
+            files.push_back(path);
+            continue;
+        }
+        const std::vector<std::string> found = FindDescriptions(path);
+        if (found.empty()) {
+            throw std::runtime_error(arguments.Places()[i] + ": no description in this folder");
+        }
+        files.insert(files.end(), found.begin(), found.end());
+    }
+    return files;
+}
 
 template <class Rows>
 void KeepOnly(Rows& rows, const std::vector<std::int32_t>& ids) {
@@ -36,33 +93,33 @@ void KeepOnly(Rows& rows, const std::vector<std::int32_t>& ids) {
 }  // namespace
 
 int RunImportXml(const CommandContext& context) {
-    const CArguments arguments(context.Words, {}, {});
+    const CArguments arguments(context.Words, {}, {"--skip-known", "--json"});
     arguments.ExpectPlaces(2, std::string::npos);
     CDbRec database;
     OpenProject(database, context, arguments.Places()[0]);
-    const auto sink = [&](const std::string& line) { context.Err << line << '\n'; };
-    const bool several = arguments.Places().size() > 2;
-    if (several && !MakeRestorePoint(database, PointImport)) {
+    const std::vector<std::string> files = DescriptionsOf(context, arguments);
+    CProgress silent;
+    const ImportJobResult result = ImportJob(database, files, silent);
+    if (!result.Begun) {
         return 1;
     }
-    const CDbStep step(database, StepImportField);
-    int refused = 0;
-    for (std::size_t i = 1; i < arguments.Places().size(); ++i) {
-        const std::string& file = arguments.Places()[i];
-        ImportNotes notes;
-        if (!ImportAcquisition(database, PathArgument(context, file), sink, &notes)) {
-            context.Err << file << ": refused\n";
-            ++refused;
+    const bool skipsKnown = arguments.Has("--skip-known");
+    nlohmann::ordered_json list = nlohmann::ordered_json::array();
+    for (const ImportLine& line : result.Lines) {
+        if (arguments.Has("--json")) {
+            list.push_back({{"file", ShownPath(line.File)},
+                            {"result", KindName(line.What)},
+                            {"section", IdToJson(line.Section)},
+                            {"record", IdToJson(line.Record)},
+                            {"text", line.Text}});
+        } else {
+            PrintLine(context.Err, line, skipsKnown);
         }
-        for (const std::string& line : notes.Converted) {
-            context.Err << line << '\n';
-        }
-        for (const std::string& line : notes.Refused) {
-            context.Err << line << ": refused\n";
-        }
-        refused += notes.Refused.empty() ? 0 : 1;
     }
-    return refused == 0 ? 0 : 1;
+    if (arguments.Has("--json")) {
+        context.Out << JsonText(list) << '\n';
+    }
+    return result.Refused == 0 && (skipsKnown || result.Known == 0) ? 0 : 1;
 }
 
 int RunSections(const CommandContext& context) {

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
@@ -289,6 +290,24 @@ TEST_F(Cli, ImportsInOrderAndGoesOnBehindARefusedFile) {
     ASSERT_EQ(Run({"sections", project, "--json"}), 0);
     ASSERT_EQ(OutJson().size(), 2U);
     EXPECT_EQ(OutJson()[1]["StartWell"], "W3");
+
+    // A whole folder once more: only what isn't there yet.
+    m_folder.WriteFile("现场 1/deep/er/d.XML", description("W4", ""));
+    m_folder.WriteFile("现场 1/other.xml", "<notes/>");
+    EXPECT_EQ(Run({"import-xml", project, ".", "--json"}), 1) << "one can't be read, two are known";
+    std::map<std::string, int> results;
+    for (const Json& line : OutJson()) {
+        ++results[line["result"]];
+        EXPECT_NE(line["file"].get<std::string>().find("现场 1/"), std::string::npos);
+    }
+    EXPECT_EQ(results["taken"], 1);
+    EXPECT_EQ(results["known"], 2);
+    EXPECT_EQ(results["refused"], 1);
+    EXPECT_GT(results["missing"], 0) << "the video, and values that may be missing";
+    std::filesystem::remove(m_folder.Host("现场 1/bad.xml"));
+    EXPECT_EQ(Run({"import-xml", project, "."}), 1);
+    EXPECT_EQ(Run({"import-xml", project, ".", "--skip-known"}), 0) << Err();
+    EXPECT_EQ(Run({"import-xml", project, m_folder.Host("map").string()}), 1) << "no description there";
 }
 
 TEST_F(Cli, NoCommandReplacesAProjectASourceOrADevice) {
