@@ -13,6 +13,7 @@
 #include "shell/CProgress.h"
 #include "shell/CSilentPrompts.h"
 #include "shell/language.h"
+#include "shell/numbers.h"
 #include "shell/paths.h"
 #include "shell/seams.h"
 #include "shell/textcodec.h"
@@ -27,19 +28,29 @@ namespace fs = std::filesystem;
 
 constexpr int FirstKind = 3890;
 constexpr int MessageFileMissing = 3895;
+constexpr int MessageTaken = 3921;
 constexpr int MessageKnown = 2189;
+constexpr std::string_view SecondPicture = "picfilename2";
 constexpr std::size_t Sniffed = 4096;  // bytes that tell what a file is
 
-// Hears what an import would show in boxes.
+// Hears what an import shows in boxes, and passes it on if somebody is to see it.
 class CHearingPrompts : public CSilentPrompts {
 public:
+    explicit CHearingPrompts(CPrompts* shown) : m_shown(shown) {}
+
     void ShowMessage(int number, const std::string& text) override {
         Number = number;
         Text = text;
+        if (m_shown != nullptr) {
+            m_shown->ShowMessage(number, text);
+        }
     }
 
     int Number = 0;
     std::string Text;
+
+private:
+    CPrompts* m_shown;
 };
 
 bool IsDescription(const std::string& path) {
@@ -50,11 +61,11 @@ bool IsDescription(const std::string& path) {
 
 class CJob {
 public:
-    explicit CJob(CDbRec& database) : m_database(database) {}
+    CJob(CDbRec& database, CPrompts* shown) : m_database(database), m_shown(shown) {}
 
     void Take(const std::string& file) {
         m_file = file;
-        CHearingPrompts heard;
+        CHearingPrompts heard(m_shown);
         std::string why;
         std::vector<std::string> left;
         ImportNotes notes;
@@ -66,25 +77,35 @@ public:
         }
         if (!taken) {
             const bool known = heard.Number == MessageKnown;
+            m_section = known ? notes.Section : -1;
             ++(known ? Result.Known : Result.Refused);
             Add(known ? ImportLine::Kind::Known : ImportLine::Kind::Refused, !heard.Text.empty() ? heard.Text
                                                                              : left.empty() ? std::string()
                                                                                             : left.back());
+            m_section = -1;
             return;
         }
         ++(notes.Refused.empty() ? Result.Taken : Result.Refused);
         m_section = notes.Section;
-        Add(ImportLine::Kind::Taken, {});
+        CRecDataArray records;
+        (void)m_database.LookAtRecords(m_section, records, false);
+        Add(ImportLine::Kind::Taken,
+            FillText(LoadMessage(MessageTaken), {notes.Label, FormatInt(records.GetSize())}));
         for (const std::string& line : notes.Refused) {
             Add(ImportLine::Kind::Refused, line);
         }
         for (std::size_t i = 0; i < notes.Converted.size(); ++i) {
             Add(ImportLine::Kind::Changed, notes.Converted[i], notes.ConvertedRecords[i]);
         }
+        std::set<std::string> told;
         for (const std::string& line : left) {
-            Add(ImportLine::Kind::Missing, line);
+            // A second picture is what most defects don't have.
+            if (!line.ends_with(SecondPicture) && told.insert(line).second) {
+                const auto times = std::count(left.begin(), left.end(), line);
+                Add(ImportLine::Kind::Missing, times == 1 ? line : line + " (" + FormatInt(times) + ")");
+            }
         }
-        TellMissingFiles();
+        TellMissingFiles(records);
         m_section = -1;
     }
 
@@ -101,11 +122,7 @@ private:
         }
     }
 
-    void TellMissingFiles() {
-        CRecDataArray records;
-        if (!m_database.LookAtRecords(m_section, records, false)) {
-            return;
-        }
+    void TellMissingFiles(const CRecDataArray& records) {
         const CHostFiles::CLookOnce look(HostFiles());
         std::set<std::string> told;
         for (const _REC_DATA& record : records) {
@@ -118,6 +135,7 @@ private:
     }
 
     CDbRec& m_database;
+    CPrompts* m_shown;  // null: no boxes
     std::string m_file;
     std::int32_t m_section = -1;
 };
@@ -158,8 +176,9 @@ std::vector<std::string> FindDescriptions(std::string_view folder) {
     return found;
 }
 
-ImportJobResult ImportJob(CDbRec& database, const std::vector<std::string>& files, CProgress& progress) {
-    CJob job(database);
+ImportJobResult ImportJob(CDbRec& database, const std::vector<std::string>& files, CProgress& progress,
+                          ImportBoxes boxes) {
+    CJob job(database, boxes == ImportBoxes::Shown ? &Prompts() : nullptr);
     if (files.size() > 1 && !MakeRestorePoint(database, PointImport)) {
         job.Result.Begun = false;
         return std::move(job.Result);

@@ -37,10 +37,13 @@ struct ImportJobResult {
 // names the other. Folders whose names begin with "." are left out.
 std::vector<std::string> FindDescriptions(std::string_view folder);
 
-// One step of the journal, and one restore point before it if there are several files; no box is shown for
-// them. Each file is taken whole or not at all, so what was taken before a stop, or a crash, stays: a second
-// run takes the rest.
-ImportJobResult ImportJob(CDbRec& database, const std::vector<std::string>& files, CProgress& progress);
+// Whether what an import shows in boxes is shown, or only told in the lines.
+enum class ImportBoxes { Kept, Shown };
+
+// One step of the journal, and one restore point before it if there are several files. Each file is taken
+// whole or not at all, so what was taken before a stop, or a crash, stays: a second run takes the rest.
+ImportJobResult ImportJob(CDbRec& database, const std::vector<std::string>& files, CProgress& progress,
+                          ImportBoxes boxes = ImportBoxes::Kept);
 
 // The lines as a text, a line each with its columns parted by tabs.
 std::string ImportLinesText(const std::vector<ImportLine>& lines);

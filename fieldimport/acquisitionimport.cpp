@@ -129,9 +129,10 @@ bool Refuse(int message) {
     return false;
 }
 
-bool HasSection(CDbRec& database, const _TESTING_DATA& section, bool& exists) {
+// `stored` is the one with the same manholes, if it exists.
+bool HasSection(CDbRec& database, const _TESTING_DATA& section, bool& exists, _TESTING_DATA& stored) {
     try {
-        exists = database.FindTestingByWells(section.StartWell, section.EndWell);
+        exists = database.FindTestingByWells(section.StartWell, section.EndWell, &stored);
         return true;
     } catch (const CDbError&) {
         return Refuse(2013);
@@ -215,14 +216,17 @@ bool ImportAcquisition(CDbRec& database, std::string_view path, const CLineSink&
     }
     const _TESTING_DATA section = MakeSection(header);
     bool exists = false;
-    if (!HasSection(database, section, exists)) {
+    _TESTING_DATA known;
+    if (!HasSection(database, section, exists, known)) {
         return false;
-    }
-    if (exists) {
-        return Refuse(2189);
     }
     ImportNotes unwanted;
     ImportNotes& told = notes == nullptr ? unwanted : *notes;
+    told.Label = section.Label();
+    if (exists) {
+        told.Section = known.ID;
+        return Refuse(2189);
+    }
     std::int32_t id = 0;
     if (!StoreAcquisition(database, section, description, items, told, id)) {
         return false;

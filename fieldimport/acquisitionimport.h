@@ -27,7 +27,8 @@ struct ImportNotes {
     std::vector<std::string> Refused;
     std::vector<std::string> Converted;
     std::vector<std::int32_t> ConvertedRecords;  // of which record each is
-    std::int32_t Section = -1;                   // that was made
+    std::int32_t Section = -1;                   // that was made, or was there already
+    std::string Label;                           // of that section
 };
 bool ImportAcquisition(CDbRec& database, std::string_view path, const CLineSink& sink,
                        ImportNotes* notes = nullptr);

@@ -17,8 +17,8 @@ QString Amount(std::int64_t bytes) {
 
 }  // namespace
 
-CProgressDlg::CProgressDlg(QWidget* parent, const QString& title)
-    : m_dialog(title, MessageText(51), 0, Steps, parent), m_title(title) {
+CProgressDlg::CProgressDlg(QWidget* parent, const QString& title, Unit unit)
+    : m_dialog(title, MessageText(51), 0, Steps, parent), m_title(title), m_unit(unit) {
     m_dialog.setWindowModality(Qt::WindowModal);
     m_dialog.setWindowTitle(QApplication::applicationDisplayName());
     m_dialog.setMinimumDuration(AppearsAfter);
@@ -30,15 +30,19 @@ CProgressDlg::CProgressDlg(QWidget* parent, const QString& title)
     m_sinceUpdate.start();
 }
 
-void CProgressDlg::At(std::int64_t done, std::int64_t total, const std::string&) {
+void CProgressDlg::At(std::int64_t done, std::int64_t total, const std::string& text) {
     if (m_sinceUpdate.elapsed() < UpdateEvery) {
         return;
     }
     m_sinceUpdate.restart();
-    const std::int64_t milliseconds = m_sinceStart.elapsed();
-    const std::int64_t speed = milliseconds > 0 ? done * 1000 / milliseconds : 0;
-    m_dialog.setLabelText(m_title + "\n" + Amount(done) + " / " + Amount(total) + "    " + Amount(speed) +
-                          "/s");
+    if (m_unit == Unit::Items) {
+        m_dialog.setLabelText(m_title + QString("\n%1 / %2    ").arg(done).arg(total) + ToQt(text));
+    } else {
+        const std::int64_t milliseconds = m_sinceStart.elapsed();
+        const std::int64_t speed = milliseconds > 0 ? done * 1000 / milliseconds : 0;
+        m_dialog.setLabelText(m_title + "\n" + Amount(done) + " / " + Amount(total) + "    " + Amount(speed) +
+                              "/s");
+    }
     // Handles what the operator does meanwhile.
     m_dialog.setValue(total > 0 ? static_cast<int>(done * Steps / total) : 0);
 }

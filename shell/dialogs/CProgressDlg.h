@@ -10,15 +10,16 @@
 class CProgressDlg : public CProgress {
 public:
     // `title` is shown above the bar.
-    CProgressDlg(QWidget* parent, const QString& title);
+    enum class Unit { Bytes, Items };
+    CProgressDlg(QWidget* parent, const QString& title, Unit unit = Unit::Bytes);
 
-    // Bytes.
     void At(std::int64_t done, std::int64_t total, const std::string& text) override;
     bool Stopped() const override { return m_dialog.wasCanceled(); }
 
 private:
     QProgressDialog m_dialog;
     QString m_title;
+    Unit m_unit;
     QElapsedTimer m_sinceStart;
     QElapsedTimer m_sinceUpdate;
 };

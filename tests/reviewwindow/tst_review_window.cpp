@@ -149,7 +149,7 @@ TEST_F(ReviewWindow, FieldDataComesInAndGoesOut) {
     Press(window, 1019);
     EXPECT_EQ(Folder.ReadFile("out.shp").size(), 100U + 2 * 64);
 
-    Folder.Prompts.GivePath(sonar);
+    Folder.Prompts.GivePaths({sonar});
     Press(window, 1082);
     EXPECT_EQ(List(window).RowCount(), 4);
     Folder.Desktop.CanOpen = true;

@@ -2,22 +2,26 @@
 
 #include <QApplication>
 #include <QBoxLayout>
+#include <QDropEvent>
 #include <QFrame>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QKeySequence>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMimeData>
 #include <QPointer>
 #include <QPushButton>
 #include <QScreen>
 #include <QShortcut>
 #include <QSplitter>
 #include <QTimer>
+#include <QUrl>
 
 #include "assessment/explain/dialogs/gradechoice.h"
 #include "assessment/explain/explanationtext.h"
 #include "assessment/explain/projectgrades.h"
+#include "bulk/dialogs/CDlgImport.h"
 #include "check/dialogs/CDlgCheck.h"
 #include "controls/CButtonST.h"
 #include "controls/CWMPPlayer4.h"
@@ -31,6 +35,7 @@
 #include "shell/CHostFiles.h"
 #include "shell/CPrompts.h"
 #include "shell/dialogs/CDlgStart.h"
+#include "shell/dialogs/bringtofront.h"
 #include "shell/dialogs/projectsettings.h"
 #include "shell/dialogs/qttext.h"
 #include "shell/language.h"
@@ -77,6 +82,7 @@ CDlgProAtrrib::CDlgProAtrrib(std::string_view projectPath, QWidget* parent)
     MakeButtons();
     PlaceControls();
     SetCaption(900);
+    setAcceptDrops(true);
 }
 
 // The player must not outlive the lists that its callbacks ask.
@@ -263,6 +269,31 @@ void CDlgProAtrrib::showEvent(QShowEvent* event) {
     }
 }
 
+void CDlgProAtrrib::dragEnterEvent(QDragEnterEvent* event) {
+    if (event->mimeData()->hasUrls() && m_session.Database() != nullptr && !m_session.IsReadOnly()) {
+        event->setDropAction(Qt::CopyAction);
+        event->accept();
+    }
+}
+
+void CDlgProAtrrib::dropEvent(QDropEvent* event) {
+    std::vector<std::string> paths;
+    for (const QUrl& url : event->mimeData()->urls()) {
+        if (const auto path = CHostFiles::PathText(FromQt(url.toLocalFile())); path && !path->empty()) {
+            paths.push_back(*path);
+        }
+    }
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    // Whoever holds what is dropped waits until this returns.
+    QTimer::singleShot(0, this, [this, paths] {
+        if (!IsBlocked(*this) && !paths.empty()) {
+            Asked = [&] { ImportPaths(*this, paths); };
+            Run(CommandAskedChange);
+        }
+    });
+}
+
 void CDlgProAtrrib::ShowSplash() {
     // A child, which goes with this window at the latest. It comes up after this window, or it would lie
     // behind.
@@ -328,7 +359,18 @@ CDlgCheck& CDlgProAtrrib::CheckWindow() {
     return *m_check;
 }
 
+CDlgImport& CDlgProAtrrib::ImportWindow() {
+    if (m_import == nullptr) {
+        m_import = new CDlgImport(this);
+        m_import->Follow(ProjectPath());
+    }
+    return *m_import;
+}
+
 void CDlgProAtrrib::ShowCheck() {
+    if (m_import != nullptr) {
+        m_import->Follow(ProjectPath());
+    }
     if (m_check != nullptr) {
         m_check->Follow(m_session.Database(), m_session.Database() != nullptr && !m_session.IsReadOnly());
     }

@@ -18,6 +18,7 @@
 
 class CCtrlPic;
 class CDlgCheck;
+class CDlgImport;
 class CDefectList;
 class CPointView;
 class CTestingList;
@@ -50,12 +51,13 @@ public:
     // lists are fresh, and the operator stands where he stood or on what was made, with the focus there.
     void Run(int id);
     void Close();
-    // What the check's window asks for, to be run as a command.
+    // What a window beside this one asks for, to be run as a command.
     std::function<void()> Asked;
     // The control that the next form begins with; 0: its first.
     int FormField = 0;
-    // Made when it is first asked for.
+    // Made when they are first asked for.
     CDlgCheck& CheckWindow();
+    CDlgImport& ImportWindow();
     // What was typed in windows that ended with a crash: asks for each (3474) whether to go on with it; a
     // draft that isn't wanted goes.
     void OfferDrafts();
@@ -72,6 +74,8 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     // As CReviewScreen.
@@ -126,6 +130,7 @@ private:
     CPointView* m_ruler = nullptr;
     CLevelFiller* m_levels = nullptr;
     CDlgCheck* m_check = nullptr;
+    CDlgImport* m_import = nullptr;
     std::pair<std::string, std::int64_t> m_levelsOf;  // project and state whose levels are shown
     QSplitter* m_review = nullptr;
     bool m_split = false;

@@ -67,7 +67,7 @@ std::pair<int, int> FormOf(const CheckFinding& finding) {
 void GoTo(CDlgProAtrrib& window, const CheckFinding& finding) {
     if (finding.Section >= 0) {
         window.Asked = [&] { window.Session().GoTo(finding.Section, finding.Record); };
-        window.Run(CommandGoToFinding);
+        window.Run(CommandAskedLook);
     }
     const auto [command, control] = FormOf(finding);
     if (command != 0 && !window.Session().IsReadOnly()) {
@@ -93,7 +93,7 @@ void CheckCommand(CDlgProAtrrib& window) {
         check.OnGoTo = [&window](const CheckFinding& finding) { GoTo(window, finding); };
         check.OnChange = [&window](const std::function<void()>& change) {
             window.Asked = change;
-            window.Run(CommandMendFindings);
+            window.Run(CommandAskedChange);
         };
     }
     check.Come();

@@ -3,7 +3,6 @@
 #include <string>
 #include <vector>
 
-#include "fieldimport/acquisitionimport.h"
 #include "fieldimport/gpsimport.h"
 #include "geo/dialogs/CDlgMap.h"
 #include "geo/dialogs/CDlgSelTesting.h"
@@ -97,37 +96,6 @@ void ProjectPropertiesCommand(CDlgProAtrrib& window) {
         project.Location = dialog.Location;
     } while (!database.WriteAttrib(project, false));
     window.Session().SetNames(project.ProjectName, project.CriterionName);
-}
-
-void ImportXmlCommand(CDlgProAtrrib& window) {
-    const std::string path = Prompts().PickOpenFile(
-        LoadMessage(MessageImportXml), {{"XML File(*.xml)", {"*.xml"}}, {"All Files(*.*)", {"*.*"}}});
-    if (path.empty()) {
-        return;
-    }
-    ImportNotes notes;
-    std::string why;
-    {
-        const CWaitCursor wait;
-        const auto last = [&why](const std::string& line) { why = line; };
-        if (ImportAcquisition(*window.Session().Database(), path, last, &notes)) {
-            why.clear();
-        }
-    }
-    // A description that can't be read has shown no message; everything else has.
-    if (!why.empty()) {
-        ShowMessage(MessageNotImported, "\r\n" + path + "\r\n" + why);
-    }
-    constexpr std::size_t MostLines = 15;
-    std::vector<std::string> lines = notes.Refused;
-    lines.insert(lines.end(), notes.Converted.begin(), notes.Converted.end());
-    if (!lines.empty()) {
-        std::string text;
-        for (std::size_t i = 0; i < std::min(lines.size(), MostLines); ++i) {
-            text += "\r\n" + lines[i];
-        }
-        ShowMessage(MessageImportNotes, text + (lines.size() > MostLines ? "\r\n…" : ""));
-    }
 }
 
 void ImportGpsCommand(CDlgProAtrrib& window) {

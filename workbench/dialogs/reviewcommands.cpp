@@ -11,12 +11,14 @@ using enum ReviewNeed;
 constexpr int Big = 32;
 constexpr int Small = 20;
 
-constexpr std::array<ReviewCommand, 30> Table = {{
+constexpr std::array<ReviewCommand, 31> Table = {{
     // Id, needs, question, loses, changes, handler, looks
     {1038, Nothing, 0, false, false, OpenProjectCommand, "打开工程", 950, "ui\\big\\open.bmp", Big, "Ctrl+O"},
     {CommandProjectProperties, Project, 0, false, false, ProjectPropertiesCommand, "工程属性", 951,
      "ui\\big\\attrib.bmp", Big, "Ctrl+P"},
     {1082, Project, 0, false, true, ImportXmlCommand, "导入XML", 952, "ui\\big\\xml.bmp", Big, "Ctrl+I"},
+    {CommandImportFolder, Project, 0, false, true, ImportFolderCommand, "导入目录", 3922,
+     "ui\\big\\folder.bmp", Big, "Ctrl+Shift+I"},
     {1027, Project, 0, false, true, ImportGpsCommand, "导入GPS", 953, "ui\\big\\gps.bmp", Big, "Ctrl+G"},
     {1025, Project, 2188, false, false, ExportExcelCommand, "导出Excel", 954, "ui\\big\\excel.bmp", Big,
      "Ctrl+E"},
@@ -45,24 +47,35 @@ constexpr std::array<ReviewCommand, 30> Table = {{
     {CommandHistory, Project, 0, false, false, HistoryCommand, "历史", 3453, "ui\\big\\history.bmp", Big,
      "Ctrl+J"},
     {CommandCheck, Project, 0, false, false, CheckCommand, "检查", 3880, "ui\\big\\check.bmp", Big, "Ctrl+K"},
-    {CommandGoToFinding, Project, 0, false, false, AskedCommand, nullptr, 0, nullptr, 0, nullptr},
-    {CommandMendFindings, Project, 0, false, true, AskedCommand, nullptr, 0, nullptr, 0, nullptr},
+    {CommandAskedLook, Project, 0, false, false, AskedCommand, nullptr, 0, nullptr, 0, nullptr},
+    {CommandAskedChange, Project, 0, false, true, AskedCommand, nullptr, 0, nullptr, 0, nullptr},
     {CommandExplain, Section, 0, false, false, ExplainCommand, nullptr, 0, nullptr, 0, "Ctrl+T"},
     {CommandSortByWells, Nothing, 0, false, true, SortByWellsCommand, nullptr, 0, nullptr, 0, nullptr},
     {CommandResume, Project, 0, false, true, ResumeCommand, nullptr, 0, nullptr, 0, nullptr},
     {CommandRenumber, Nothing, 0, false, true, RenumberCommand, nullptr, 0, nullptr, 0, nullptr},
 }};
 
-constexpr std::array Toolbar = {1038,         CommandProjectProperties,
-                                ToolbarLine,  CommandUndo,
-                                CommandRedo,  CommandHistory,
-                                ToolbarLine,  1082,
-                                1027,         ToolbarLine,
-                                CommandCheck, 1026,
-                                1025,         1019,
-                                1018,         ToolbarLine,
-                                1081,         ToolbarStretch,
-                                1080,         2};
+constexpr std::array Toolbar = {1038,
+                                CommandProjectProperties,
+                                ToolbarLine,
+                                CommandUndo,
+                                CommandRedo,
+                                CommandHistory,
+                                ToolbarLine,
+                                1082,
+                                CommandImportFolder,
+                                1027,
+                                ToolbarLine,
+                                CommandCheck,
+                                1026,
+                                1025,
+                                1019,
+                                1018,
+                                ToolbarLine,
+                                1081,
+                                ToolbarStretch,
+                                1080,
+                                2};
 constexpr std::array OfSections = {1021, CommandDeleteSection, CommandSectionProperties, 1079};
 constexpr std::array OfDefects = {1035, 1037, CommandDeleteDefect, CommandEditDefect, 1033};
 

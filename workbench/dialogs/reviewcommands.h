@@ -5,6 +5,8 @@
 #pragma once
 
 #include <span>
+#include <string>
+#include <vector>
 
 #include "workbench/CReviewSession.h"
 
@@ -51,8 +53,9 @@ inline constexpr int CommandHistory = 5042;
 inline constexpr int CommandResume = 5054;
 inline constexpr int CommandExplain = 5060;
 inline constexpr int CommandCheck = 5070;
-inline constexpr int CommandGoToFinding = 5083;
-inline constexpr int CommandMendFindings = 5084;
+inline constexpr int CommandAskedLook = 5083;
+inline constexpr int CommandAskedChange = 5084;
+inline constexpr int CommandImportFolder = 5086;
 inline constexpr int CommandSortByWells = 32782;
 inline constexpr int CommandRenumber = 0x8D2;  // rows were dragged
 
@@ -60,6 +63,7 @@ inline constexpr int CommandRenumber = 0x8D2;  // rows were dragged
 void OpenProjectCommand(CDlgProAtrrib& window);
 void ProjectPropertiesCommand(CDlgProAtrrib& window);
 void ImportXmlCommand(CDlgProAtrrib& window);
+void ImportFolderCommand(CDlgProAtrrib& window);
 void ImportGpsCommand(CDlgProAtrrib& window);
 void ExportExcelCommand(CDlgProAtrrib& window);
 void ExportShapeCommand(CDlgProAtrrib& window);
@@ -68,6 +72,8 @@ void ExportWordCommand(CDlgProAtrrib& window);
 void SettingsCommand(CDlgProAtrrib& window);
 void AboutCommand(CDlgProAtrrib& window);
 void CloseCommand(CDlgProAtrrib& window);
+// Files, and folders for all descriptions below them.
+void ImportPaths(CDlgProAtrrib& window, const std::vector<std::string>& paths);
 // Of sections.
 void NewSectionsCommand(CDlgProAtrrib& window);
 void DeleteSectionCommand(CDlgProAtrrib& window);
@@ -90,8 +96,8 @@ void HistoryCommand(CDlgProAtrrib& window);
 // Of the assessment.
 void ExplainCommand(CDlgProAtrrib& window);
 
-// Of the check. The latter two do what its window asks for (CDlgProAtrrib::Asked).
 void CheckCommand(CDlgProAtrrib& window);
+// What a window beside this one asks for (CDlgProAtrrib::Asked).
 void AskedCommand(CDlgProAtrrib& window);
 
 // What was typed before a crash: the draft that the window offered (CDlgProAtrrib::Resuming).
@@ -116,8 +122,6 @@ inline constexpr int MessageSectionList = 3080;
 inline constexpr int MessageDefectList = 3081;
 inline constexpr int MessageReadOnlyTitle = 3333;
 inline constexpr int MessageReadOnlyTip = 3334;
-inline constexpr int MessageNotImported = 3335;
-inline constexpr int MessageImportNotes = 3336;
 inline constexpr int MessageDraftFound = 3474;
 inline constexpr int MessageGradeTip = 3565;
 inline constexpr int MessageNoScoring = 3566;
