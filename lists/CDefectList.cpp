@@ -1,6 +1,7 @@
 #include "lists/CDefectList.h"
 
 #include "lists/listtexts.h"
+#include "lists/roworder.h"
 #include "shell/dialogs/qttext.h"
 #include "store/CDbRec.h"
 
@@ -38,24 +39,38 @@ void CDefectList::Show(const CDbRec& database, CRecDataArray records) {
         ids.push_back(record.ID);
         m_names.push_back(DefectName(database, record.DefectCode));
     }
+    m_places = PlacesById(m_records);
     ResetRows(ids);
 }
 
 const _REC_DATA* CDefectList::RecordAt(int row) const {
-    return row >= 0 && row < m_records.GetSize() ? &m_records[row] : nullptr;
+    const int place = PlaceOf(row);
+    return place < 0 ? nullptr : &m_records[place];
+}
+
+int CDefectList::PlaceOf(int row) const {
+    if (row < 0 || row >= RowCount()) {
+        return -1;
+    }
+    if (row < m_records.GetSize() && m_records[row].ID == ItemData(row)) {
+        return row;
+    }
+    const auto place = m_places.find(ItemData(row));
+    return place == m_places.end() ? -1 : place->second;
 }
 
 void CDefectList::DeleteRow(int row) {
-    if (RecordAt(row) != nullptr) {
-        m_records.RemoveAt(row);
-        m_names.erase(m_names.begin() + row);
+    if (const int place = PlaceOf(row); place >= 0) {
+        m_records.RemoveAt(place);
+        m_names.erase(m_names.begin() + place);
+        m_places = PlacesById(m_records);
         CListCtrl::DeleteRow(row);
     }
 }
 
 std::string CDefectList::MakeText(int row, int column) const {
-    const _REC_DATA* record = RecordAt(row);
-    return record == nullptr
+    const int place = PlaceOf(row);
+    return place < 0
                ? std::string()
-               : DefectText(*record, m_names[static_cast<std::size_t>(row)], m_fullForm, column);
+               : DefectText(m_records[place], m_names[static_cast<std::size_t>(place)], m_fullForm, column);
 }

@@ -1,6 +1,8 @@
 // The records of one section, in the order in which they were stored.
 #pragma once
 
+#include <unordered_map>
+
 #include "lists/CListCtrl.h"
 #include "store/records/records.h"
 
@@ -26,7 +28,10 @@ protected:
     std::string MakeText(int row, int column) const override;
 
 private:
+    int PlaceOf(int row) const;  // in the arrays; below 0 if there is none
+
     bool m_fullForm = true;
     CRecDataArray m_records;
-    std::vector<std::string> m_names;  // of the defects, parallel to the records
+    std::unordered_map<std::int32_t, int> m_places;  // by ID
+    std::vector<std::string> m_names;                // of the defects, parallel to the records
 };

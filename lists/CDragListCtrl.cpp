@@ -5,9 +5,11 @@
 #include <QLabel>
 #include <QPainter>
 #include <QScrollBar>
+#include <QToolTip>
 
 #include "lists/CListModel.h"
 #include "shell/dialogs/CSizeDlg.h"
+#include "shell/dialogs/qttext.h"
 #include "shell/dialogs/theme.h"
 
 namespace {
@@ -16,6 +18,9 @@ constexpr int ScrollZone = 10;   // pixels at the upper and lower edge in which 
 constexpr int ScrollEvery = 60;  // milliseconds
 constexpr double ImageOpacity = 0.7;
 constexpr int MarkThickness = 3;
+
+constexpr int MessageFiltered = 3925;
+constexpr int MessageSorted = 3926;
 
 }  // namespace
 
@@ -54,7 +59,11 @@ void CDragListCtrl::mouseMoveEvent(QMouseEvent* event) {
     // The toolkit keeps the mouse for whom it was pressed on, also outside.
     const bool far = (at - m_pressedAt).manhattanLength() >= QApplication::startDragDistance();
     if (!m_dragging && m_dragRow >= 0 && far) {
-        BeginDrag();
+        if (IsHeld()) {
+            m_dragRow = -1;
+        } else {
+            BeginDrag();
+        }
     }
     if (m_dragging) {
         DragTo(at);
@@ -70,6 +79,16 @@ void CDragListCtrl::mouseReleaseEvent(QMouseEvent* event) {
     const int to = m_dropRow;
     EndDrag();
     MoveRow(from, to);
+}
+
+bool CDragListCtrl::IsHeld() {
+    if (!IsFiltered() && !IsSorted()) {
+        return false;
+    }
+    const QRect row = visualRect(model()->index(SelectedRow(), 0));
+    QToolTip::showText(viewport()->mapToGlobal(row.bottomLeft()),
+                       MessageText(IsFiltered() ? MessageFiltered : MessageSorted), viewport());
+    return true;
 }
 
 void CDragListCtrl::BeginDrag() {
@@ -168,7 +187,7 @@ void CDragListCtrl::keyPressEvent(QKeyEvent* event) {
     }
     const bool up = event->key() == Qt::Key_Up;
     if (!m_fixed && (event->modifiers() & Qt::AltModifier) != 0 && (up || event->key() == Qt::Key_Down)) {
-        if (const int row = SelectedRow(); row >= 0) {
+        if (const int row = SelectedRow(); row >= 0 && !IsHeld()) {
             MoveRow(row, up ? row - 1 : row + 1);
         }
         return;

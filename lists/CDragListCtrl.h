@@ -20,7 +20,8 @@ class CDragListCtrl : public CListCtrl {
 public:
     explicit CDragListCtrl(QWidget* parent = nullptr);
 
-    // Rows stay where they are: for windows that only choose among them.
+    // Rows stay where they are: for windows that only choose among them. So they do while the list is
+    // filtered or sorted by a heading; whoever tries is told why.
     void FixOrder() { m_fixed = true; }
     // Afterwards the row stands at `to`, selected and visible, and the window has been told.
     void MoveRow(int from, int to);
@@ -38,6 +39,8 @@ protected:
     void timerEvent(QTimerEvent* event) override;
 
 private:
+    // Tells why, if the order is held only for now.
+    bool IsHeld();
     void BeginDrag();
     void DragTo(const QPoint& at);
     void EndDrag();

@@ -1,5 +1,6 @@
 #include "lists/CListCtrl.h"
 
+#include <QCollator>
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QHelpEvent>
@@ -8,6 +9,7 @@
 #include <QScrollBar>
 #include <QTextDocument>
 #include <QToolTip>
+#include <numeric>
 
 #include "lists/CListDelegate.h"
 #include "lists/CListModel.h"
@@ -30,7 +32,10 @@ constexpr QRgb SignColour = 0xFF1E8E3E;
 
 CListCtrl::CListCtrl(QWidget* parent) : QTreeView(parent), m_model(new CListModel(this)) {
     m_model->MakeText = [this](int row, int column) { return MakeText(row, column); };
-    m_model->TextColour = [this](int row) { return TextColour(row); };
+    m_model->TextColour = [this](int row) {
+        const bool greyed = m_shown && !m_shown->contains(ItemData(row));
+        return greyed ? QColor(QuietTextColour) : TextColour(row);
+    };
     m_model->OnChecked = [this] { NotifyChanged(); };
     setModel(m_model);
     setItemDelegate(new CListDelegate(this));
@@ -167,9 +172,18 @@ void CListCtrl::SelectRow(int row) {
 }
 
 bool CListCtrl::SelectRowOf(std::int32_t itemData) {
-    int found = -1;
-    for (int row = 0; row < RowCount() && found < 0; ++row) {
-        found = m_model->At(row).Data == itemData ? row : -1;
+    const auto find = [&] {
+        int found = -1;
+        for (int row = 0; row < RowCount() && found < 0; ++row) {
+            found = m_model->At(row).Data == itemData ? row : -1;
+        }
+        return found;
+    };
+    int found = find();
+    if (found < 0 && m_shown && std::find(m_told.begin(), m_told.end(), itemData) != m_told.end()) {
+        m_kept = itemData;
+        Arrange();
+        found = find();
     }
     SelectRow(found);
     return found >= 0;
@@ -212,10 +226,13 @@ void CListCtrl::DeleteRow(int row) {
         const int next = row + 1 < RowCount() ? row + 1 : row - 1;
         selectionModel()->setCurrentIndex(m_model->index(next, 0), QItemSelectionModel::NoUpdate);
     }
+    std::erase(m_told, m_model->At(row).Data);
     m_model->Remove(row);
 }
 
 void CListCtrl::DeleteAllRows() {
+    m_told.clear();
+    m_kept.reset();
     m_model->Reset({});
     NotifyChanged();
 }
@@ -241,13 +258,118 @@ void CListCtrl::ResetRows(const std::vector<std::int32_t>& itemData) {
     for (std::size_t i = 0; i < rows.size(); ++i) {
         rows[i].Data = itemData[i];
     }
+    m_told = itemData;
+    m_kept.reset();
     m_model->Reset(std::move(rows));
     FitContent();
+    if (m_shown || IsSorted()) {
+        Arrange();
+    }
 }
 
-void CListCtrl::NotifyChanged() const {
+void CListCtrl::AllowSorting() {
+    header()->setSectionsClickable(true);
+    connect(header(), &QHeaderView::sectionClicked, this, [this](int column) { OnHeadClicked(column); });
+}
+
+void CListCtrl::OnHeadClicked(int column) {
+    m_sortColumn = m_sortColumn == column ? -1 : column;
+    header()->setSortIndicatorShown(IsSorted());
+    if (IsSorted()) {
+        header()->setSortIndicator(column, Qt::AscendingOrder);
+    }
+    Arrange();
+    if (const int row = SelectedRow(); row >= 0) {
+        scrollTo(m_model->index(row, 0));
+    }
+}
+
+void CListCtrl::ShowOnly(std::unordered_set<std::int32_t> rows) {
+    m_shown = std::move(rows);
+    Arrange();
+}
+
+void CListCtrl::ShowAll() {
+    if (m_shown) {
+        m_shown.reset();
+        Arrange();
+    }
+}
+
+void CListCtrl::Arrange() {
+    if (const int row = SelectedRow(); row >= 0) {
+        m_kept = ItemData(row);
+    }
+    std::vector<std::int32_t> rows;
+    for (const std::int32_t one : m_told) {
+        if (!m_shown || one == m_kept || m_shown->contains(one)) {
+            rows.push_back(one);
+        }
+    }
+    m_model->Arrange(rows);
+    if (IsSorted()) {
+        m_model->Arrange(Sorted(std::move(rows)));
+    }
+    viewport()->update();
+}
+
+// Of the rows as they stand. Numbers as such, before texts; texts as people order them, "Y2" before "Y10".
+std::vector<std::int32_t> CListCtrl::Sorted(std::vector<std::int32_t> rows) {
+    struct Key {
+        std::optional<double> Number;
+        QString Text;
+    };
+    std::vector<Key> keys;
+    for (int row = 0; row < RowCount(); ++row) {
+        Key key{std::nullopt, ToQt(m_model->Text(row, m_sortColumn))};
+        bool isNumber = false;
+        const double number = key.Text.toDouble(&isNumber);
+        if (isNumber) {
+            key.Number = number;
+        }
+        keys.push_back(std::move(key));
+    }
+    // Whatever the locale of the machine, which may know no numbers.
+    QCollator collator{QLocale(QLocale::Chinese)};
+    collator.setNumericMode(true);
+    collator.setCaseSensitivity(Qt::CaseInsensitive);
+    const auto before = [&](std::size_t a, std::size_t b) {
+        const Key& first = keys[a];
+        const Key& second = keys[b];
+        if (first.Number && second.Number) {
+            return *first.Number < *second.Number;
+        }
+        if (first.Number || second.Number) {
+            return first.Number.has_value();
+        }
+        return collator.compare(first.Text, second.Text) < 0;
+    };
+    std::vector<std::size_t> order(rows.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::stable_sort(order.begin(), order.end(), before);
+    std::vector<std::int32_t> sorted;
+    for (const std::size_t row : order) {
+        sorted.push_back(rows[row]);
+    }
+    return sorted;
+}
+
+void CListCtrl::NotifyChanged() {
+    // What was kept only because it was selected goes, once the view is through with this.
+    if (m_kept && m_shown && !m_shown->contains(*m_kept)) {
+        QMetaObject::invokeMethod(
+            this, [this] { DropKept(); }, Qt::QueuedConnection);
+    }
     if (OnItemChanged) {
         OnItemChanged();
+    }
+}
+
+void CListCtrl::DropKept() {
+    const int row = SelectedRow();
+    if (m_kept && row >= 0 && ItemData(row) != *m_kept) {
+        m_kept.reset();
+        Arrange();
     }
 }
 
@@ -364,12 +486,13 @@ void CListCtrl::mouseMoveEvent(QMouseEvent* event) {
 
 void CListCtrl::paintEvent(QPaintEvent* event) {
     QTreeView::paintEvent(event);
-    if (RowCount() == 0 && !m_emptyText.isEmpty()) {
+    const QString& nothing = m_told.empty() || m_nothingFound.isEmpty() ? m_emptyText : m_nothingFound;
+    if (RowCount() == 0 && !nothing.isEmpty()) {
         QPainter painter(viewport());
         painter.setPen(QColor(QuietTextColour));
         const int margin = EmptyTextMargin;
         painter.drawText(viewport()->rect().adjusted(margin, margin, -margin, -margin),
-                         static_cast<int>(Qt::AlignCenter) | static_cast<int>(Qt::TextWordWrap), m_emptyText);
+                         static_cast<int>(Qt::AlignCenter) | static_cast<int>(Qt::TextWordWrap), nothing);
     }
 }
 

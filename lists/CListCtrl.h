@@ -8,8 +8,10 @@
 #include <QTreeView>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <set>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 class CListModel;
@@ -59,6 +61,18 @@ public:
     // the rows move, not the arrays beside them.
     void SortRows(const std::function<int(int, int)>& compare);
 
+    // Heads sort what is shown: a click upwards, the next one back to the told order. For lists that find
+    // their data by ItemData, without check boxes, as also below.
+    void AllowSorting();
+    bool IsSorted() const { return m_sortColumn >= 0; }
+    // Shows only rows that stand for one of `rows`, until ShowAll. A row that is selected, or gets selected
+    // by SelectRowOf, stays, greyed, as long as it is: no command may act on what isn't seen.
+    void ShowOnly(std::unordered_set<std::int32_t> rows);
+    void ShowAll();
+    bool IsFiltered() const { return m_shown.has_value(); }
+    // Stands in the middle where the filter leaves no row.
+    void SetNothingFoundText(const QString& text) { m_nothingFound = text; }
+
     // The selection or a check mark changed, or all rows went.
     std::function<void()> OnItemChanged;
     std::function<void(int row)> OnDoubleClick;
@@ -85,8 +99,12 @@ protected:
     bool viewportEvent(QEvent* event) override;
 
 private:
+    void Arrange();
+    void OnHeadClicked(int column);
+    std::vector<std::int32_t> Sorted(std::vector<std::int32_t> rows);
     bool IsRow(int row) const { return row >= 0 && row < RowCount(); }
-    void NotifyChanged() const;
+    void NotifyChanged();
+    void DropKept();
     void FitColumns();
     void FitContent();
     void ToggleChecks();
@@ -100,4 +118,9 @@ private:
     std::set<int> m_sizedByUser;
     bool m_fitting = false;
     QString m_emptyText;
+    QString m_nothingFound;
+    std::vector<std::int32_t> m_told;  // data of all rows, in the told order
+    std::optional<std::unordered_set<std::int32_t>> m_shown;
+    std::optional<std::int32_t> m_kept;  // shown though it isn't among them
+    int m_sortColumn = -1;
 };

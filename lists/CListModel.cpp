@@ -1,5 +1,7 @@
 #include "lists/CListModel.h"
 
+#include <unordered_map>
+
 #include "shell/dialogs/qttext.h"
 
 std::string CListModel::Text(int row, int column) const {
@@ -72,6 +74,31 @@ void CListModel::Reorder(const std::vector<int>& order) {
     QModelIndexList after;
     for (const QModelIndex& index : before) {
         after << createIndex(place[static_cast<std::size_t>(index.row())], index.column());
+    }
+    changePersistentIndexList(before, after);
+    emit layoutChanged();
+}
+
+void CListModel::Arrange(const std::vector<std::int32_t>& data) {
+    emit layoutAboutToBeChanged();
+    const QModelIndexList before = persistentIndexList();
+    std::vector<std::int32_t> held;
+    for (const QModelIndex& index : before) {
+        held.push_back(At(index.row()).Data);
+    }
+    std::vector<Row> rows(data.size());
+    std::unordered_map<std::int32_t, int> places;
+    for (std::size_t i = 0; i < data.size(); ++i) {
+        rows[i].Data = data[i];
+        if (!held.empty()) {
+            places.emplace(data[i], static_cast<int>(i));
+        }
+    }
+    m_rows = std::move(rows);
+    QModelIndexList after;
+    for (qsizetype i = 0; i < before.size(); ++i) {
+        const auto place = places.find(held[static_cast<std::size_t>(i)]);
+        after << (place == places.end() ? QModelIndex() : createIndex(place->second, before[i].column()));
     }
     changePersistentIndexList(before, after);
     emit layoutChanged();

@@ -46,6 +46,9 @@ public:
     // Rows keep their data, marks and texts, whatever stands at their place in the owner's arrays.
     void Move(int from, int to);
     void Reorder(const std::vector<int>& order);
+    // The rows with these data, in this order; what was selected stays so where its row stays. For rows
+    // without texts of their own, which the owner finds by their data.
+    void Arrange(const std::vector<std::int32_t>& data);
     void Check(int first, int last, bool checked);
 
     int rowCount(const QModelIndex& parent = {}) const override;

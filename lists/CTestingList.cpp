@@ -40,6 +40,7 @@ bool CTestingList::Fill(CDbRec& database) {
     for (const _TESTING_DATA& section : m_sections) {
         ids.push_back(section.ID);
     }
+    m_places = PlacesById(m_sections);
     ResetRows(ids);
     return true;
 }
@@ -52,9 +53,8 @@ const _TESTING_DATA* CTestingList::SectionAt(int row) const {
     if (row < m_sections.GetSize() && m_sections[row].ID == id) {
         return &m_sections[row];
     }
-    const auto moved = std::find_if(m_sections.begin(), m_sections.end(),
-                                    [id](const _TESTING_DATA& section) { return section.ID == id; });
-    return moved == m_sections.end() ? nullptr : &*moved;
+    const auto moved = m_places.find(id);
+    return moved == m_places.end() ? nullptr : &m_sections[moved->second];
 }
 
 CTestingDataArray CTestingList::CheckedSections() const {
@@ -70,6 +70,7 @@ CTestingDataArray CTestingList::CheckedSections() const {
 void CTestingList::DeleteRow(int row) {
     if (SectionAt(row) != nullptr) {
         m_sections.RemoveAt(static_cast<int>(SectionAt(row) - &m_sections[0]));
+        m_places = PlacesById(m_sections);
         CDragListCtrl::DeleteRow(row);
     }
 }

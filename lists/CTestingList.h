@@ -50,6 +50,7 @@ protected:
 
 private:
     CTestingDataArray m_sections;
+    std::unordered_map<std::int32_t, int> m_places;  // by ID
     std::unordered_map<std::int32_t, std::int32_t> m_recordCounts;
     bool m_counted = false;
     std::unordered_map<std::int32_t, std::pair<std::string, std::string>> m_levels;

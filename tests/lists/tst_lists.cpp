@@ -97,6 +97,73 @@ public:
     int Reordered = 0;
 };
 
+TEST_F(Lists, AHeadSortsTheViewAndTheNextClickBringsTheToldOrderBack) {
+    Make({{"Y10", "Y11"}, {"Y2", "Y3"}, {"Y1", "Y2"}});
+    CSectionWindow window;
+    CTestingList& list = *window.List;
+    list.AllowSorting();
+    window.show();
+    ASSERT_TRUE(list.Fill(m_database));
+    list.SelectRow(0);
+    const auto clickHead = [&list](int column) {
+        const QPoint at(list.header()->sectionViewportPosition(column) + 5, 5);
+        QTest::mouseClick(list.header()->viewport(), Qt::LeftButton, {}, at);
+    };
+    const auto wells = [&list] {
+        Texts texts;
+        for (int row = 0; row < list.RowCount(); ++row) {
+            texts.push_back(list.SectionAt(row)->StartWell);
+        }
+        return texts;
+    };
+    clickHead(0);
+    EXPECT_EQ(wells(), (Texts{"Y1", "Y2", "Y10"}));
+    EXPECT_EQ(list.RowText(2, 1), "Y10 - Y11");
+    EXPECT_EQ(list.SelectedRow(), 2);
+    PressKey(list, Qt::Key_Up, Qt::AltModifier);
+    EXPECT_EQ(window.Reordered, 0) << "what is seen isn't the order";
+    clickHead(2);
+    EXPECT_EQ(wells().back(), "Y10") << "by the number of records";
+    ASSERT_TRUE(list.Fill(m_database));
+    EXPECT_EQ(wells().back(), "Y10") << "it stays for what comes";
+    clickHead(2);
+    EXPECT_EQ(wells(), (Texts{"Y10", "Y2", "Y1"}));
+    list.SelectRow(1);
+    PressKey(list, Qt::Key_Up, Qt::AltModifier);
+    EXPECT_EQ(window.Reordered, 1);
+}
+
+TEST_F(Lists, AFilterNeverHidesTheRowThatIsSelected) {
+    Make({{"Y1", "Y2"}, {"Y2", "Y3"}, {"Y3", "Y4"}, {"Y4", "Y5"}});
+    CSectionWindow window;
+    CTestingList& list = *window.List;
+    window.show();
+    ASSERT_TRUE(list.Fill(m_database));
+    list.SelectRow(3);
+    list.setFocus();
+    const int changes = window.Changes;
+    list.ShowOnly({m_ids[0], m_ids[2]});
+    ASSERT_EQ(list.RowCount(), 3);
+    EXPECT_EQ(list.SelectedSection()->ID, m_ids[3]) << "the row that he stands on stays";
+    EXPECT_EQ(window.Changes, changes) << "the video isn't loaded anew while he types";
+    PressKey(list, Qt::Key_Up);
+    EXPECT_EQ(list.SelectedSection()->ID, m_ids[2]);
+    WaitFor(20);
+    EXPECT_EQ(list.RowCount(), 2);
+    ASSERT_TRUE(list.Fill(m_database));
+    EXPECT_EQ(list.RowCount(), 2) << "what is read anew is filtered too";
+    EXPECT_TRUE(list.SelectRowOf(m_ids[1])) << "whoever leads to a hidden row shows it";
+    EXPECT_EQ(list.RowCount(), 3);
+    EXPECT_EQ(list.SelectedSection()->ID, m_ids[1]);
+    PressKey(list, Qt::Key_Down, Qt::AltModifier);
+    EXPECT_EQ(window.Reordered, 0);
+    list.ShowOnly({});
+    EXPECT_EQ(list.RowCount(), 1);
+    list.ShowAll();
+    EXPECT_EQ(list.RowCount(), 4);
+    EXPECT_EQ(list.SelectedRow(), 1);
+}
+
 }  // namespace
 
 TEST_F(Lists, SectionsComeInOrderWithTheirCountsAndColours) {
