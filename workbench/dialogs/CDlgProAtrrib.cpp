@@ -1,10 +1,7 @@
 #include "workbench/dialogs/CDlgProAtrrib.h"
 
 #include <QApplication>
-#include <QBoxLayout>
 #include <QDropEvent>
-#include <QFrame>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QKeySequence>
 #include <QLineEdit>
@@ -12,9 +9,7 @@
 #include <QMimeData>
 #include <QPointer>
 #include <QPushButton>
-#include <QScreen>
 #include <QShortcut>
-#include <QSplitter>
 #include <QTimer>
 #include <QUrl>
 
@@ -22,6 +17,7 @@
 #include "assessment/explain/explanationtext.h"
 #include "assessment/explain/projectgrades.h"
 #include "bulk/dialogs/CDlgImport.h"
+#include "bulk/dialogs/CFilterBar.h"
 #include "check/dialogs/CDlgCheck.h"
 #include "controls/CButtonST.h"
 #include "controls/CWMPPlayer4.h"
@@ -43,6 +39,7 @@
 #include "shell/seams.h"
 #include "shell/textcodec.h"
 #include "store/CDbError.h"
+#include "workbench/dialogs/CRowFilter.h"
 #include "workbench/dialogs/reviewcommands.h"
 #include "workbench/dialogs/reviewplace.h"
 
@@ -55,6 +52,9 @@ constexpr int IdSections = 1031;
 constexpr int IdDefects = 1032;
 constexpr int IdPlayer = 1034;
 constexpr int IdRuler = 1045;
+constexpr int IdFilterLine = 5110;
+
+constexpr int MessageNothingFound = 3941;
 
 constexpr int Deferral = 20;  // milliseconds
 constexpr int Poll = 200;
@@ -62,16 +62,6 @@ constexpr int Poll = 200;
 constexpr int RulerMargin = 36;
 
 constexpr const char* ShowLevelsKey = "ShowLevels";
-
-constexpr QSize FirstSize(1240, 690);  // fits a screen of 1366x768 with its bars
-
-QFrame* MakeLine(QWidget* parent) {
-    auto* line = new QFrame(parent);
-    line->setFrameShape(QFrame::VLine);
-    line->setFrameShadow(QFrame::Plain);
-    line->setForegroundRole(QPalette::Mid);
-    return line;
-}
 
 }  // namespace
 
@@ -113,6 +103,13 @@ void CDlgProAtrrib::MakeControls() {
         control->installEventFilter(this);
     }
     m_player->OnEscape = [this] { OnCancel(); };
+    for (CListCtrl* list : std::initializer_list<CListCtrl*>{m_sections, m_defects}) {
+        list->AllowSorting();
+        list->SetNothingFoundText(MessageText(MessageNothingFound));
+    }
+    m_filterBar = new CFilterBar(this);
+    AddControl(IdFilterLine, &m_filterBar->Line());
+    m_filter = std::make_unique<CRowFilter>(*this, *m_filterBar);
     m_levels = new CLevelFiller(*m_sections);
     m_levels->setParent(this);
     m_levels->IsBusy = [this] { return m_running; };
@@ -129,104 +126,6 @@ void CDlgProAtrrib::MakeControls() {
     m_defects->setAccessibleName(MessageText(MessageDefectList));
 }
 
-void CDlgProAtrrib::PlaceControls() {
-    auto* bar = new QHBoxLayout;
-    bar->setSpacing(2);
-    for (const int id : ToolbarOrder()) {
-        if (id == ToolbarLine) {
-            bar->addWidget(MakeLine(this));
-        } else if (id == ToolbarStretch) {
-            bar->addStretch();
-        } else {
-            bar->addWidget(GetDlgItem(id));
-        }
-    }
-    auto* panels = new QSplitter(Qt::Vertical, this);
-    panels->setChildrenCollapsible(false);
-    panels->setHandleWidth(6);
-    panels->addWidget(MakeSectionPanel());
-    panels->addWidget(MakeReviewPanel());
-    panels->setStretchFactor(0, 1);
-    panels->setStretchFactor(1, 2);
-    panels->setSizes({FirstSize.height() / 3, FirstSize.height() * 2 / 3});
-
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(8, 6, 8, 8);
-    column->setSpacing(6);
-    column->addLayout(bar);
-    column->addWidget(panels, 1);
-    column->addWidget(m_ruler);
-}
-
-namespace {
-
-// The columns of buttons of both lists are equally wide.
-int WidestOf(const std::vector<QWidget*>& buttons) {
-    int widest = 0;
-    for (const QWidget* button : buttons) {
-        widest = std::max(widest, button->sizeHint().width());
-    }
-    return widest;
-}
-
-QWidget* MakeListPanel(QWidget* parent, QWidget* list, const std::vector<QWidget*>& buttons, int width) {
-    auto* panel = new QWidget(parent);
-    auto* row = new QHBoxLayout(panel);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(6);
-    row->addWidget(list, 1);
-    auto* column = new QVBoxLayout;
-    column->setSpacing(2);
-    for (QWidget* button : buttons) {
-        button->setMinimumWidth(width);
-        column->addWidget(button);
-    }
-    column->addStretch();
-    row->addLayout(column);
-    return panel;
-}
-
-}  // namespace
-
-std::vector<QWidget*> CDlgProAtrrib::Controls(std::span<const int> ids) const {
-    std::vector<QWidget*> controls;
-    for (const int id : ids) {
-        controls.push_back(GetDlgItem(id));
-    }
-    return controls;
-}
-
-int CDlgProAtrrib::ButtonWidth() const {
-    return std::max(WidestOf(Controls(SectionButtons())), WidestOf(Controls(DefectButtons())));
-}
-
-QWidget* CDlgProAtrrib::MakeSectionPanel() {
-    auto* panel = new QWidget(this);
-    auto* column = new QVBoxLayout(panel);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(2);
-    column->addWidget(MakeListPanel(panel, m_sections, Controls(SectionButtons()), ButtonWidth()), 1);
-    column->addWidget(GetDlgItem(CommandExplain));
-    return panel;
-}
-
-QWidget* CDlgProAtrrib::MakeDefectPanel() {
-    return MakeListPanel(this, m_defects, Controls(DefectButtons()), ButtonWidth());
-}
-
-QWidget* CDlgProAtrrib::MakeReviewPanel() {
-    auto* panel = new QSplitter(Qt::Horizontal, this);
-    panel->setChildrenCollapsible(false);
-    panel->setHandleWidth(6);
-    panel->addWidget(m_player);
-    panel->addWidget(MakeDefectPanel());
-    // The list has all its columns if that leaves half of the width; of more room the picture gets most.
-    panel->setStretchFactor(0, 2);
-    panel->setStretchFactor(1, 1);
-    m_review = panel;
-    return panel;
-}
-
 void CDlgProAtrrib::OnInitDialog() {
     m_sections->CreateColumns(false);
     m_sections->CreateLevelColumns();
@@ -241,20 +140,6 @@ void CDlgProAtrrib::OnInitDialog() {
     m_ruler->hide();
     m_sections->setFocus();
     ShowSplash();
-}
-
-void CDlgProAtrrib::ChooseSize() {
-    resize(FirstSize);
-    const QSize screen = this->screen()->availableSize();
-    if (screen.width() > FirstSize.width() && screen.height() > FirstSize.height()) {
-        setWindowState(windowState() | Qt::WindowMaximized);
-    }
-}
-
-void CDlgProAtrrib::SplitReview() {
-    const int wanted = m_defects->FullWidth() + ButtonWidth() + m_review->handleWidth();
-    const int defects = std::min(wanted, m_review->width() / 2);
-    m_review->setSizes({m_review->width() - defects, defects});
 }
 
 // The layout has given the panels their room by then.
@@ -326,6 +211,9 @@ void CDlgProAtrrib::MakeButtons() {
             OnCommand(command.Id, [this, id = command.Id] { Run(id); });
         }
         button->installEventFilter(this);
+    }
+    for (const int id : ViewButtons()) {
+        Item<CButtonST>(id)->setCheckable(true);
     }
     ShowCommands();
 }
@@ -409,6 +297,10 @@ void CDlgProAtrrib::ShowGrade() {
     }
 }
 
+void CDlgProAtrrib::ShowPanels() {
+    Item<CButtonST>(CommandFind)->setChecked(m_filter->IsOpen());
+}
+
 void CDlgProAtrrib::ShowCommands() {
     for (const ReviewCommand& command : ReviewCommands()) {
         auto* button = command.Bitmap == nullptr ? nullptr : Item<CButtonST>(command.Id);
@@ -429,6 +321,10 @@ void CDlgProAtrrib::ShowCommands() {
 bool CDlgProAtrrib::OpenProject(std::string_view path) {
     if (!m_session.Open(path)) {
         return false;
+    }
+    if (m_filter->IsOpen()) {
+        m_filterBar->Line().clear();
+        m_filter->Close();
     }
     const CTestingDataArray& sections = Sections();
     if (!SelectSection(LastSection(path)) && sections.GetSize() > 0) {
@@ -488,10 +384,15 @@ void CDlgProAtrrib::Run(int id) {
     const CReviewSession::Place place = m_session.GetPlace();
     command.Handler(*this);
     m_session.Return(place);
+    m_filter->Follow();
     ShowSteps();
     ShowGrade();
     ShowCheck();
-    if (focus != nullptr && focus != focusWidget() && focus->isVisible() && focus->isEnabled()) {
+    ShowPanels();
+    if (FocusAfter != nullptr) {
+        FocusAfter->setFocus();
+        FocusAfter.clear();
+    } else if (focus != nullptr && focus != focusWidget() && focus->isVisible() && focus->isEnabled()) {
         focus->setFocus();
     }
     m_running = false;
@@ -633,7 +534,8 @@ void CDlgProAtrrib::OnSectionMenu(const QPoint& at) {
     QMenu menu(this);
     menu.setTitle("管道列表");
     QAction* sort = menu.addAction(MessageText(MessageSortByWells));
-    sort->setEnabled(!m_session.IsReadOnly());
+    // While other rows or another order are seen, nobody could say what it would do.
+    sort->setEnabled(!m_session.IsReadOnly() && !m_sections->IsFiltered() && !m_sections->IsSorted());
     QAction* levels = menu.addAction(MessageText(MessageShowLevels));
     levels->setCheckable(true);
     levels->setChecked(m_sections->AreLevelsShown());

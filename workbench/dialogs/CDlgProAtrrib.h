@@ -3,7 +3,9 @@
 // (reviewcommands.h), which one dispatcher runs.
 #pragma once
 
+#include <QPointer>
 #include <functional>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -20,7 +22,9 @@ class CCtrlPic;
 class CDlgCheck;
 class CDlgImport;
 class CDefectList;
+class CFilterBar;
 class CPointView;
+class CRowFilter;
 class CTestingList;
 class CWMPPlayer4;
 class QSplitter;
@@ -58,6 +62,11 @@ public:
     // Made when they are first asked for.
     CDlgCheck& CheckWindow();
     CDlgImport& ImportWindow();
+    CRowFilter& Filter() { return *m_filter; }
+    // What a command leaves the focus to; else it is where it was.
+    QPointer<QWidget> FocusAfter;
+    // Which of the parts that can be switched on are.
+    void ShowPanels();
     // What was typed in windows that ended with a crash: asks for each (3474) whether to go on with it; a
     // draft that isn't wanted goes.
     void OfferDrafts();
@@ -122,12 +131,14 @@ private:
     CReviewSession m_session{*this};
     std::string m_firstProject;
     bool m_running = false;  // a command
+    std::unique_ptr<CRowFilter> m_filter;
 
     CTestingList* m_sections = nullptr;
     CDefectList* m_defects = nullptr;
     CWMPPlayer4* m_player = nullptr;
     CCtrlPic* m_canvas = nullptr;
     CPointView* m_ruler = nullptr;
+    CFilterBar* m_filterBar = nullptr;
     CLevelFiller* m_levels = nullptr;
     CDlgCheck* m_check = nullptr;
     CDlgImport* m_import = nullptr;

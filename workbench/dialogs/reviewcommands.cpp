@@ -11,7 +11,7 @@ using enum ReviewNeed;
 constexpr int Big = 32;
 constexpr int Small = 20;
 
-constexpr std::array<ReviewCommand, 31> Table = {{
+constexpr std::array<ReviewCommand, 32> Table = {{
     // Id, needs, question, loses, changes, handler, looks
     {1038, Nothing, 0, false, false, OpenProjectCommand, "打开工程", 950, "ui\\big\\open.bmp", Big, "Ctrl+O"},
     {CommandProjectProperties, Project, 0, false, false, ProjectPropertiesCommand, "工程属性", 951,
@@ -47,6 +47,8 @@ constexpr std::array<ReviewCommand, 31> Table = {{
     {CommandHistory, Project, 0, false, false, HistoryCommand, "历史", 3453, "ui\\big\\history.bmp", Big,
      "Ctrl+J"},
     {CommandCheck, Project, 0, false, false, CheckCommand, "检查", 3880, "ui\\big\\check.bmp", Big, "Ctrl+K"},
+    {CommandFind, Project, 0, false, false, FindCommand, "查找", 3942, "ui\\small\\find.bmp", Small,
+     "Ctrl+F"},
     {CommandAskedLook, Project, 0, false, false, AskedCommand, nullptr, 0, nullptr, 0, nullptr},
     {CommandAskedChange, Project, 0, false, true, AskedCommand, nullptr, 0, nullptr, 0, nullptr},
     {CommandExplain, Section, 0, false, false, ExplainCommand, nullptr, 0, nullptr, 0, "Ctrl+T"},
@@ -77,6 +79,7 @@ constexpr std::array Toolbar = {1038,
                                 1080,
                                 2};
 constexpr std::array OfSections = {1021, CommandDeleteSection, CommandSectionProperties, 1079};
+constexpr std::array OfView = {CommandFind};
 constexpr std::array OfDefects = {1035, 1037, CommandDeleteDefect, CommandEditDefect, 1033};
 
 }  // namespace
@@ -100,6 +103,10 @@ std::span<const int> ToolbarOrder() {
 
 std::span<const int> SectionButtons() {
     return OfSections;
+}
+
+std::span<const int> ViewButtons() {
+    return OfView;
 }
 
 std::span<const int> DefectButtons() {

@@ -41,6 +41,8 @@ inline constexpr int ToolbarStretch = -2;
 std::span<const int> ToolbarOrder();
 std::span<const int> SectionButtons();
 std::span<const int> DefectButtons();
+// Switch parts of the window on and off; between the lists.
+std::span<const int> ViewButtons();
 
 inline constexpr int CommandProjectProperties = 1024;
 inline constexpr int CommandDeleteSection = 1023;
@@ -56,6 +58,7 @@ inline constexpr int CommandCheck = 5070;
 inline constexpr int CommandAskedLook = 5083;
 inline constexpr int CommandAskedChange = 5084;
 inline constexpr int CommandImportFolder = 5086;
+inline constexpr int CommandFind = 5087;
 inline constexpr int CommandSortByWells = 32782;
 inline constexpr int CommandRenumber = 0x8D2;  // rows were dragged
 
@@ -92,6 +95,9 @@ void SecondPictureCommand(CDlgProAtrrib& window);
 void UndoCommand(CDlgProAtrrib& window);
 void RedoCommand(CDlgProAtrrib& window);
 void HistoryCommand(CDlgProAtrrib& window);
+
+// Of what is seen.
+void FindCommand(CDlgProAtrrib& window);
 
 // Of the assessment.
 void ExplainCommand(CDlgProAtrrib& window);

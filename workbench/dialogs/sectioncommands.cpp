@@ -80,6 +80,9 @@ void CalculateGpsCommand(CDlgProAtrrib& window) {
 }
 
 void SortByWellsCommand(CDlgProAtrrib& window) {
+    if (window.SectionList().IsFiltered() || window.SectionList().IsSorted()) {
+        return;  // its menu says so
+    }
     window.SectionList().SortByWells();
     RenumberCommand(window);
 }

@@ -1,0 +1,142 @@
+// Where the controls of the review window stand, and how large it is.
+#include <QBoxLayout>
+#include <QFrame>
+#include <QScreen>
+#include <QSplitter>
+
+#include "bulk/dialogs/CFilterBar.h"
+#include "controls/CWMPPlayer4.h"
+#include "defects/dialogs/CPointView.h"
+#include "lists/CDefectList.h"
+#include "lists/CTestingList.h"
+#include "workbench/dialogs/CDlgProAtrrib.h"
+#include "workbench/dialogs/reviewcommands.h"
+
+namespace {
+
+constexpr QSize FirstSize(1240, 690);  // fits a screen of 1366x768 with its bars
+
+QFrame* MakeLine(QWidget* parent) {
+    auto* line = new QFrame(parent);
+    line->setFrameShape(QFrame::VLine);
+    line->setFrameShadow(QFrame::Plain);
+    line->setForegroundRole(QPalette::Mid);
+    return line;
+}
+
+// The columns of buttons of both lists are equally wide.
+int WidestOf(const std::vector<QWidget*>& buttons) {
+    int widest = 0;
+    for (const QWidget* button : buttons) {
+        widest = std::max(widest, button->sizeHint().width());
+    }
+    return widest;
+}
+
+QWidget* MakeListPanel(QWidget* parent, QWidget* list, const std::vector<QWidget*>& buttons, int width) {
+    auto* panel = new QWidget(parent);
+    auto* row = new QHBoxLayout(panel);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(6);
+    row->addWidget(list, 1);
+    auto* column = new QVBoxLayout;
+    column->setSpacing(2);
+    for (QWidget* button : buttons) {
+        button->setMinimumWidth(width);
+        column->addWidget(button);
+    }
+    column->addStretch();
+    row->addLayout(column);
+    return panel;
+}
+
+}  // namespace
+
+void CDlgProAtrrib::PlaceControls() {
+    auto* bar = new QHBoxLayout;
+    bar->setSpacing(2);
+    for (const int id : ToolbarOrder()) {
+        if (id == ToolbarLine) {
+            bar->addWidget(MakeLine(this));
+        } else if (id == ToolbarStretch) {
+            bar->addStretch();
+        } else {
+            bar->addWidget(GetDlgItem(id));
+        }
+    }
+    auto* panels = new QSplitter(Qt::Vertical, this);
+    panels->setChildrenCollapsible(false);
+    panels->setHandleWidth(6);
+    panels->addWidget(MakeSectionPanel());
+    panels->addWidget(MakeReviewPanel());
+    panels->setStretchFactor(0, 1);
+    panels->setStretchFactor(1, 2);
+    panels->setSizes({FirstSize.height() / 3, FirstSize.height() * 2 / 3});
+
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(8, 6, 8, 8);
+    column->setSpacing(6);
+    column->addLayout(bar);
+    column->addWidget(m_filterBar);
+    column->addWidget(panels, 1);
+    column->addWidget(m_ruler);
+}
+
+std::vector<QWidget*> CDlgProAtrrib::Controls(std::span<const int> ids) const {
+    std::vector<QWidget*> controls;
+    for (const int id : ids) {
+        controls.push_back(GetDlgItem(id));
+    }
+    return controls;
+}
+
+int CDlgProAtrrib::ButtonWidth() const {
+    return std::max(WidestOf(Controls(SectionButtons())), WidestOf(Controls(DefectButtons())));
+}
+
+QWidget* CDlgProAtrrib::MakeSectionPanel() {
+    auto* panel = new QWidget(this);
+    auto* column = new QVBoxLayout(panel);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(2);
+    column->addWidget(MakeListPanel(panel, m_sections, Controls(SectionButtons()), ButtonWidth()), 1);
+    auto* line = new QHBoxLayout;
+    line->setSpacing(2);
+    line->addWidget(GetDlgItem(CommandExplain), 1);
+    for (QWidget* button : Controls(ViewButtons())) {
+        line->addWidget(button);
+    }
+    column->addLayout(line);
+    return panel;
+}
+
+QWidget* CDlgProAtrrib::MakeDefectPanel() {
+    return MakeListPanel(this, m_defects, Controls(DefectButtons()), ButtonWidth());
+}
+
+QWidget* CDlgProAtrrib::MakeReviewPanel() {
+    auto* panel = new QSplitter(Qt::Horizontal, this);
+    panel->setChildrenCollapsible(false);
+    panel->setHandleWidth(6);
+    panel->addWidget(m_player);
+    panel->addWidget(MakeDefectPanel());
+    // The list has all its columns if that leaves half of the width; of more room the picture gets most.
+    panel->setStretchFactor(0, 2);
+    panel->setStretchFactor(1, 1);
+    m_review = panel;
+    return panel;
+}
+
+void CDlgProAtrrib::ChooseSize() {
+    resize(FirstSize);
+    const QSize screen = this->screen()->availableSize();
+    if (screen.width() > FirstSize.width() && screen.height() > FirstSize.height()) {
+        setWindowState(windowState() | Qt::WindowMaximized);
+    }
+}
+
+void CDlgProAtrrib::SplitReview() {
+    const int wanted = m_defects->FullWidth() + ButtonWidth() + m_review->handleWidth();
+    const int defects = std::min(wanted, m_review->width() / 2);
+    m_review->setSizes({m_review->width() - defects, defects});
+}
