@@ -233,6 +233,17 @@ const _TESTING_DATA* CQueryRows::FindSection(std::int32_t id) const {
     return found == m_sections.end() ? nullptr : &*found;
 }
 
+std::vector<CQueryRows::Pair> CQueryRows::All() const {
+    std::vector<Pair> pairs;
+    pairs.reserve(m_records.size());
+    for (std::size_t i = 0; i < m_sections.size(); ++i) {
+        for (const std::size_t record : m_sectionRows[i].Records) {
+            pairs.push_back({&m_sections[i], &m_records[record]});
+        }
+    }
+    return pairs;
+}
+
 const _REC_DATA* CQueryRows::FindRecord(std::int32_t id) const {
     const auto found =
         std::lower_bound(m_records.begin(), m_records.end(), id,

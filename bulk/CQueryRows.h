@@ -32,6 +32,12 @@ public:
         std::vector<std::int32_t> Records;   // in the order of their sections
     };
     Hits Find(const Query& query);
+    // All records of sections, in the order of their sections. Valid until the next Read.
+    struct Pair {
+        const _TESTING_DATA* Section;
+        const _REC_DATA* Record;
+    };
+    std::vector<Pair> All() const;
     // Null if there is none.
     const _TESTING_DATA* FindSection(std::int32_t id) const;
     const _REC_DATA* FindRecord(std::int32_t id) const;

@@ -4,9 +4,11 @@
 #include <QBoxLayout>
 #include <QLabel>
 #include <QMenu>
+#include <QPushButton>
 #include <QResizeEvent>
 #include <QSlider>
 #include <QToolButton>
+#include <QWidgetAction>
 #include <cmath>
 #include <string>
 
@@ -71,6 +73,8 @@ CPlayerBar::CPlayerBar(CVideoPlayback& playback, QWidget* parent) : QWidget(pare
     m_time->setMinimumWidth(1);
     m_speed = AddButton(nullptr, 3115, nullptr);
     MakeSpeedMenu();
+    m_tone = AddButton("tone", 3945, nullptr);
+    MakeToneMenu();
     m_mute = AddButton("volume", 3116, [this] { m_playback.SetMute(!m_playback.IsMute()); });
     MakeVolume();
     m_full = AddButton("fullscreen", 3120, [this] {
@@ -91,7 +95,7 @@ CPlayerBar::CPlayerBar(CVideoPlayback& playback, QWidget* parent) : QWidget(pare
     }
     row->addSpacing(Margin);
     row->addWidget(m_time, 1);
-    for (QWidget* control : std::initializer_list<QWidget*>{m_speed, m_mute, m_volume, m_full}) {
+    for (QWidget* control : std::initializer_list<QWidget*>{m_speed, m_tone, m_mute, m_volume, m_full}) {
         row->addWidget(control);
     }
     rows->addLayout(row);
@@ -148,8 +152,46 @@ void CPlayerBar::MakeVolume() {
     });
 }
 
+void CPlayerBar::MakeToneMenu() {
+    m_tone->setPopupMode(QToolButton::InstantPopup);
+    m_tones = new QMenu(m_tone);
+    auto* panel = new QWidget(m_tones);
+    auto* grid = new QGridLayout(panel);
+    std::vector<QSlider*> sliders;
+    for (const int message : {3946, 3947}) {
+        auto* slider = new QSlider(Qt::Horizontal, panel);
+        slider->setRange(-100, 100);
+        slider->setFixedWidth(2 * VolumeWidth);
+        slider->setAccessibleName(MessageText(message));
+        grid->addWidget(new QLabel(MessageText(message), panel), grid->rowCount(), 0);
+        grid->addWidget(slider, grid->rowCount() - 1, 1);
+        sliders.push_back(slider);
+    }
+    for (QSlider* slider : sliders) {
+        connect(slider, &QSlider::valueChanged, this, [this, sliders] {
+            const bool neutral = sliders[0]->value() == 0 && sliders[1]->value() == 0;
+            m_tone->setText(neutral ? QString() : "•");
+            m_tone->setToolButtonStyle(neutral ? Qt::ToolButtonIconOnly : Qt::ToolButtonTextBesideIcon);
+            if (OnTone) {
+                OnTone(sliders[0]->value(), sliders[1]->value());
+            }
+        });
+    }
+    auto* reset = new QPushButton(MessageText(3948), panel);
+    connect(reset, &QPushButton::clicked, this, [sliders] {
+        for (QSlider* slider : sliders) {
+            slider->setValue(0);
+        }
+    });
+    grid->addWidget(reset, grid->rowCount(), 0, 1, 2);
+    auto* action = new QWidgetAction(m_tones);
+    action->setDefaultWidget(panel);
+    m_tones->addAction(action);
+    m_tone->setMenu(m_tones);
+}
+
 bool CPlayerBar::IsMenuOpen() const {
-    return m_speeds->isVisible();
+    return m_speeds->isVisible() || m_tones->isVisible();
 }
 
 void CPlayerBar::ShowFullScreen(bool fullScreen) {
@@ -213,7 +255,9 @@ void CPlayerBar::resizeEvent(QResizeEvent* event) {
     const int speed = m_speed->minimumWidth() + Spacing;
     m_showsDuration = room >= 0;
     m_speed->setVisible(room >= speed);
-    m_volume->setVisible(room >= speed + VolumeWidth + Spacing);
+    const int tone = ButtonSize.width() + Spacing;
+    m_tone->setVisible(room >= speed + tone);
+    m_volume->setVisible(room >= speed + tone + VolumeWidth + Spacing);
     Refresh();
     layout()->activate();
 }

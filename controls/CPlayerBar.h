@@ -25,6 +25,8 @@ public:
     QSize minimumSizeHint() const override;
 
     std::function<void()> OnFullScreen;
+    // Both from -100 to 100.
+    std::function<void(int brightness, int contrast)> OnTone;
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -33,6 +35,7 @@ private:
     QToolButton* AddButton(const char* icon, int tip, std::function<void()> handler);
     void MakeSpeedMenu();
     void MakeVolume();
+    void MakeToneMenu();
     void RefreshButtons();
     static int ButtonsWidth();  // of those that always stay
 
@@ -45,6 +48,8 @@ private:
     QLabel* m_time;
     QToolButton* m_speed;
     QMenu* m_speeds = nullptr;
+    QToolButton* m_tone;
+    QMenu* m_tones = nullptr;
     QToolButton* m_mute;
     QSlider* m_volume;
     QToolButton* m_full;

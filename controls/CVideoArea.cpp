@@ -3,10 +3,14 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <utility>
 
 namespace {
+
+constexpr double Middle = 127.5;  // of the levels of a channel
+constexpr double Steepest = 4.0;  // slope of the levels at full contrast
 
 constexpr QColor MessageColour(0xC8, 0xD0, 0xD8);
 constexpr int FocusFrame = 2;
@@ -48,8 +52,36 @@ void CVideoArea::Present() {
     if (m_isNew) {
         m_isNew = false;
         std::swap(m_drawn, m_shown);
+        m_toned = {};
         update();
     }
+}
+
+void CVideoArea::SetTone(int brightness, int contrast) {
+    m_hasTone = brightness != 0 || contrast != 0;
+    m_toned = {};
+    const double slope = std::pow(Steepest, contrast / 100.0);
+    for (std::size_t i = 0; i < m_tone.size(); ++i) {
+        const double level = (static_cast<double>(i) - Middle) * slope + Middle + brightness / 100.0 * Middle;
+        m_tone[i] = static_cast<unsigned char>(std::clamp(level, 0.0, 255.0));
+    }
+    update();
+}
+
+const QImage& CVideoArea::Toned() {
+    if (m_toned.isNull()) {
+        m_toned = m_shown.Image.copy();
+        for (int y = 0; y < m_toned.height(); ++y) {
+            auto* pixels = reinterpret_cast<QRgb*>(m_toned.scanLine(y));
+            for (int x = 0; x < m_toned.width(); ++x) {
+                const QRgb pixel = pixels[x];
+                pixels[x] = qRgb(m_tone[static_cast<std::size_t>(qRed(pixel))],
+                                 m_tone[static_cast<std::size_t>(qGreen(pixel))],
+                                 m_tone[static_cast<std::size_t>(qBlue(pixel))]);
+            }
+        }
+    }
+    return m_toned;
 }
 
 void CVideoArea::SetMessage(const QString& text) {
@@ -66,7 +98,7 @@ void CVideoArea::paintEvent(QPaintEvent*) {
     if (m_message.isEmpty()) {
         if (!m_shown.Image.isNull()) {
             // Of another size only until the next is drawn.
-            painter.drawImage(rect(), m_shown.Image);
+            painter.drawImage(rect(), m_hasTone ? Toned() : m_shown.Image);
         }
     } else {
         PaintMessage(painter);

@@ -4,6 +4,7 @@
 #include <QImage>
 #include <QString>
 #include <QWidget>
+#include <array>
 #include <functional>
 #include <memory>
 
@@ -22,6 +23,8 @@ public:
     void Hold(bool hold) { m_hold = hold; }
     void Draw();     // to be called for each picture that comes; doesn't show it if held
     void Present();  // what was drawn last
+    // For the eye only, both from -100 to 100; 0 is as filmed. What is drawn and grabbed stays as it is.
+    void SetTone(int brightness, int contrast);
     void SetMessage(const QString& text);
     const QString& Message() const { return m_message; }
     const QImage& Picture() const { return m_shown.Image; }
@@ -38,6 +41,7 @@ protected:
 
 private:
     void PaintMessage(QPainter& painter) const;
+    const QImage& Toned();
 
     // Rows begin at multiples of 64 bytes and are followed by as many, which the drawing may write over.
     struct Canvas {
@@ -50,6 +54,9 @@ private:
     QString m_message;
     Canvas m_drawn;
     Canvas m_shown;
+    std::array<unsigned char, 256> m_tone{};  // of each channel
+    bool m_hasTone = false;
+    QImage m_toned;        // what is shown, in that tone; null if it isn't made yet
     bool m_isNew = false;  // what was drawn isn't shown yet
     bool m_hold = false;
 };

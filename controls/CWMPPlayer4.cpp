@@ -38,6 +38,7 @@ CWMPPlayer4::CWMPPlayer4(QWidget* parent) : QWidget(parent), m_emptyText(LoadMes
     setFocusProxy(m_area);
 
     m_area->OnDraw = [this](QImage& image) { return m_playback.Render(image); };
+    m_bar->OnTone = [this](int brightness, int contrast) { m_area->SetTone(brightness, contrast); };
     m_area->OnDoubleClick = [this] { SetFullScreen(!m_fullScreen); };
     m_area->OnMouseMove = [this] { ShowBar(); };
     m_bar->OnFullScreen = [this] { SetFullScreen(!m_fullScreen); };

@@ -16,12 +16,14 @@
 #include "assessment/explain/dialogs/gradechoice.h"
 #include "assessment/explain/explanationtext.h"
 #include "assessment/explain/projectgrades.h"
+#include "bulk/dialogs/CAllDefects.h"
 #include "bulk/dialogs/CDlgImport.h"
 #include "bulk/dialogs/CFilterBar.h"
 #include "check/dialogs/CDlgCheck.h"
 #include "controls/CButtonST.h"
 #include "controls/CWMPPlayer4.h"
 #include "defects/dialogs/CCtrlPic.h"
+#include "defects/dialogs/CPicturePanel.h"
 #include "defects/dialogs/CPointView.h"
 #include "defects/dialogs/rulermessages.h"
 #include "history/steps.h"
@@ -35,6 +37,7 @@
 #include "shell/dialogs/projectsettings.h"
 #include "shell/dialogs/qttext.h"
 #include "shell/language.h"
+#include "shell/numbers.h"
 #include "shell/paths.h"
 #include "shell/seams.h"
 #include "shell/textcodec.h"
@@ -53,6 +56,7 @@ constexpr int IdDefects = 1032;
 constexpr int IdPlayer = 1034;
 constexpr int IdRuler = 1045;
 constexpr int IdFilterLine = 5110;
+constexpr int IdAllDefects = 5111;
 
 constexpr int MessageNothingFound = 3941;
 
@@ -107,9 +111,25 @@ void CDlgProAtrrib::MakeControls() {
         list->AllowSorting();
         list->SetNothingFoundText(MessageText(MessageNothingFound));
     }
+    m_all = AddControl(IdAllDefects, new CAllDefects(this));
+    m_all->SetNothingFoundText(MessageText(MessageNothingFound));
+    m_all->OnDoubleClick = [this](int row) {
+        const std::pair place(m_all->SectionOf(row), m_all->ItemData(row));
+        Asked = [this, place] { m_session.GoTo(place.first, place.second); };
+        Run(CommandAskedLook);
+    };
+    m_all->installEventFilter(this);
+    m_pictures = new CPicturePanel(this);
+    m_pictures->OnWalk = [this](int step) {
+        const int row = m_defects->SelectedRow() + step;
+        if (row >= 0 && row < m_defects->RowCount() && !m_running) {
+            m_defects->SelectRow(row);
+        }
+    };
     m_filterBar = new CFilterBar(this);
     AddControl(IdFilterLine, &m_filterBar->Line());
     m_filter = std::make_unique<CRowFilter>(*this, *m_filterBar);
+    m_filter->OnFound = [this] { m_filter->Apply(*m_all); };
     m_levels = new CLevelFiller(*m_sections);
     m_levels->setParent(this);
     m_levels->IsBusy = [this] { return m_running; };
@@ -297,8 +317,27 @@ void CDlgProAtrrib::ShowGrade() {
     }
 }
 
+void CDlgProAtrrib::ShowAllDefects() {
+    CQueryRows* const rows = m_all->isHidden() ? nullptr : m_filter->Rows();
+    if (rows == nullptr) {
+        m_all->Clear();
+        m_allOf = {};
+        return;
+    }
+    CRecExport& database = *m_session.Database();
+    if (const std::pair state(database.Path(), database.ChangeCount()); state != m_allOf) {
+        m_allOf = state;
+        const std::int32_t selected = m_all->ItemData(m_all->SelectedRow());
+        m_all->Show(database, *rows);
+        m_filter->Apply(*m_all);
+        (void)m_all->SelectRowOf(selected);
+    }
+}
+
 void CDlgProAtrrib::ShowPanels() {
     Item<CButtonST>(CommandFind)->setChecked(m_filter->IsOpen());
+    Item<CButtonST>(CommandAllDefects)->setChecked(!m_all->isHidden());
+    Item<CButtonST>(CommandPictures)->setChecked(!m_pictures->isHidden());
 }
 
 void CDlgProAtrrib::ShowCommands() {
@@ -385,6 +424,7 @@ void CDlgProAtrrib::Run(int id) {
     command.Handler(*this);
     m_session.Return(place);
     m_filter->Follow();
+    ShowAllDefects();
     ShowSteps();
     ShowGrade();
     ShowCheck();
@@ -470,6 +510,14 @@ void CDlgProAtrrib::Seek(double seconds) {
 }
 
 void CDlgProAtrrib::ShowPicture(std::string_view pathText) {
+    const _REC_DATA* record = pathText.empty() ? nullptr : SelectedRecord();
+    if (record == nullptr) {
+        m_pictures->Show({}, {}, {});
+    } else {
+        m_pictures->Show(
+            record->GetPicture1(), record->GetPicture2(),
+            record->DefectCode + "  " + FormatNumber(static_cast<double>(record->DistanceStart), 2) + " m");
+    }
     if (pathText.empty()) {
         m_canvas->ClearPicture();
     } else {

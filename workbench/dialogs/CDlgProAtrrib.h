@@ -18,11 +18,13 @@
 #include "workbench/CReviewSession.h"
 #include "workbench/dialogs/CLevelFiller.h"
 
+class CAllDefects;
 class CCtrlPic;
 class CDlgCheck;
 class CDlgImport;
 class CDefectList;
 class CFilterBar;
+class CPicturePanel;
 class CPointView;
 class CRowFilter;
 class CTestingList;
@@ -67,6 +69,10 @@ public:
     QPointer<QWidget> FocusAfter;
     // Which of the parts that can be switched on are.
     void ShowPanels();
+    // The list of all defects, as they are now and as the filter leaves them.
+    void ShowAllDefects();
+    CAllDefects& AllDefects() { return *m_all; }
+    CPicturePanel& Pictures() { return *m_pictures; }
     // What was typed in windows that ended with a crash: asks for each (3474) whether to go on with it; a
     // draft that isn't wanted goes.
     void OfferDrafts();
@@ -138,6 +144,9 @@ private:
     CWMPPlayer4* m_player = nullptr;
     CCtrlPic* m_canvas = nullptr;
     CPointView* m_ruler = nullptr;
+    CAllDefects* m_all = nullptr;
+    CPicturePanel* m_pictures = nullptr;
+    std::pair<std::string, std::int64_t> m_allOf;  // project and state that the list of all shows
     CFilterBar* m_filterBar = nullptr;
     CLevelFiller* m_levels = nullptr;
     CDlgCheck* m_check = nullptr;

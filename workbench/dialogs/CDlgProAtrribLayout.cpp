@@ -4,8 +4,10 @@
 #include <QScreen>
 #include <QSplitter>
 
+#include "bulk/dialogs/CAllDefects.h"
 #include "bulk/dialogs/CFilterBar.h"
 #include "controls/CWMPPlayer4.h"
+#include "defects/dialogs/CPicturePanel.h"
 #include "defects/dialogs/CPointView.h"
 #include "lists/CDefectList.h"
 #include "lists/CTestingList.h"
@@ -111,7 +113,18 @@ QWidget* CDlgProAtrrib::MakeSectionPanel() {
 }
 
 QWidget* CDlgProAtrrib::MakeDefectPanel() {
-    return MakeListPanel(this, m_defects, Controls(DefectButtons()), ButtonWidth());
+    auto* parts = new QSplitter(Qt::Vertical, this);
+    parts->setChildrenCollapsible(false);
+    parts->setHandleWidth(6);
+    parts->addWidget(MakeListPanel(this, m_defects, Controls(DefectButtons()), ButtonWidth()));
+    parts->addWidget(m_all);
+    parts->addWidget(m_pictures);
+    for (int i = 0; i < parts->count(); ++i) {
+        parts->setStretchFactor(i, 1);
+    }
+    m_all->hide();
+    m_pictures->hide();
+    return parts;
 }
 
 QWidget* CDlgProAtrrib::MakeReviewPanel() {

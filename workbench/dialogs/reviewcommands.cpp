@@ -11,7 +11,7 @@ using enum ReviewNeed;
 constexpr int Big = 32;
 constexpr int Small = 20;
 
-constexpr std::array<ReviewCommand, 32> Table = {{
+constexpr std::array<ReviewCommand, 34> Table = {{
     // Id, needs, question, loses, changes, handler, looks
     {1038, Nothing, 0, false, false, OpenProjectCommand, "打开工程", 950, "ui\\big\\open.bmp", Big, "Ctrl+O"},
     {CommandProjectProperties, Project, 0, false, false, ProjectPropertiesCommand, "工程属性", 951,
@@ -49,6 +49,10 @@ constexpr std::array<ReviewCommand, 32> Table = {{
     {CommandCheck, Project, 0, false, false, CheckCommand, "检查", 3880, "ui\\big\\check.bmp", Big, "Ctrl+K"},
     {CommandFind, Project, 0, false, false, FindCommand, "查找", 3942, "ui\\small\\find.bmp", Small,
      "Ctrl+F"},
+    {CommandAllDefects, Project, 0, false, false, AllDefectsCommand, "全部缺陷", 3949, "ui\\small\\all.bmp",
+     Small, "Ctrl+L"},
+    {CommandPictures, Nothing, 0, false, false, PicturesCommand, "图片", 3950, "ui\\small\\pictures.bmp",
+     Small, "F8"},
     {CommandAskedLook, Project, 0, false, false, AskedCommand, nullptr, 0, nullptr, 0, nullptr},
     {CommandAskedChange, Project, 0, false, true, AskedCommand, nullptr, 0, nullptr, 0, nullptr},
     {CommandExplain, Section, 0, false, false, ExplainCommand, nullptr, 0, nullptr, 0, "Ctrl+T"},
@@ -79,7 +83,7 @@ constexpr std::array Toolbar = {1038,
                                 1080,
                                 2};
 constexpr std::array OfSections = {1021, CommandDeleteSection, CommandSectionProperties, 1079};
-constexpr std::array OfView = {CommandFind};
+constexpr std::array OfView = {CommandFind, CommandAllDefects, CommandPictures};
 constexpr std::array OfDefects = {1035, 1037, CommandDeleteDefect, CommandEditDefect, 1033};
 
 }  // namespace

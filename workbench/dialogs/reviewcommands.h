@@ -59,6 +59,8 @@ inline constexpr int CommandAskedLook = 5083;
 inline constexpr int CommandAskedChange = 5084;
 inline constexpr int CommandImportFolder = 5086;
 inline constexpr int CommandFind = 5087;
+inline constexpr int CommandAllDefects = 5088;
+inline constexpr int CommandPictures = 5089;
 inline constexpr int CommandSortByWells = 32782;
 inline constexpr int CommandRenumber = 0x8D2;  // rows were dragged
 
@@ -98,6 +100,8 @@ void HistoryCommand(CDlgProAtrrib& window);
 
 // Of what is seen.
 void FindCommand(CDlgProAtrrib& window);
+void AllDefectsCommand(CDlgProAtrrib& window);
+void PicturesCommand(CDlgProAtrrib& window);
 
 // Of the assessment.
 void ExplainCommand(CDlgProAtrrib& window);

@@ -1,6 +1,9 @@
 // The review window's commands on what it shows.
 #include <QLineEdit>
 
+#include "bulk/dialogs/CAllDefects.h"
+#include "defects/dialogs/CPicturePanel.h"
+#include "lists/CDefectList.h"
 #include "workbench/dialogs/CDlgProAtrrib.h"
 #include "workbench/dialogs/CRowFilter.h"
 #include "workbench/dialogs/reviewcommands.h"
@@ -13,4 +16,22 @@ void FindCommand(CDlgProAtrrib& window) {
     } else {
         filter.Open();
     }
+}
+
+void AllDefectsCommand(CDlgProAtrrib& window) {
+    CAllDefects& list = window.AllDefects();
+    if (!list.isHidden()) {
+        list.hide();
+        return;
+    }
+    list.show();
+    window.ShowAllDefects();
+    if (const _REC_DATA* record = window.DefectList().SelectedRecord()) {
+        (void)list.SelectRowOf(record->ID);
+    }
+    window.FocusAfter = &list;
+}
+
+void PicturesCommand(CDlgProAtrrib& window) {
+    window.Pictures().setVisible(window.Pictures().isHidden());
 }
