@@ -102,6 +102,10 @@ std::string RecordText(const CDbRec& database, const _REC_DATA& record) {
 
 }  // namespace
 
+std::string FieldText(const _TESTING_DATA& section, const std::string& column) {
+    return ValueOf(section, TestingFields(), column);
+}
+
 bool CQueryRows::Read(CDbRec& database) {
     m_sections.clear();
     m_records.clear();

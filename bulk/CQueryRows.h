@@ -12,6 +12,9 @@
 
 class CDbRec;
 
+// The value of a column as a query reads it; empty if there is no such column.
+std::string FieldText(const _TESTING_DATA& section, const std::string& column);
+
 class CQueryRows {
 public:
     // Reads all rows. False, with no rows, if they can't be read; the message has been shown.

@@ -111,6 +111,10 @@ constexpr std::pair<std::string_view, int> Captions[] = {
     {"ManholeDepth", 3832},
     {"LayingTime", 3833},
     {"EngineeringUnits", 3834},
+    {"GpsXStart", 3877},
+    {"GpsYStart", 3878},
+    {"GpsXEnd", 3879},
+    {"GpsYEnd", 3881},
 };
 
 }  // namespace

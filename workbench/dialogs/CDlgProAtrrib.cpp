@@ -233,7 +233,7 @@ void CDlgProAtrrib::MakeButtons() {
         button->installEventFilter(this);
     }
     for (const int id : ViewButtons()) {
-        Item<CButtonST>(id)->setCheckable(true);
+        Item<CButtonST>(id)->setCheckable(id != CommandBulkEdit);
     }
     ShowCommands();
 }

@@ -2,6 +2,7 @@
 
 #include <QLineEdit>
 #include <algorithm>
+#include <set>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -77,6 +78,36 @@ CQueryRows* CRowFilter::Rows() {
         m_read = m_rows.Read(*database);
     }
     return m_read ? &m_rows : nullptr;
+}
+
+CDlgBulkEdit::Choice CRowFilter::Chosen() {
+    CDlgBulkEdit::Choice choice;
+    const bool filtered = IsOpen() && !m_bar.Asked().IsEmpty();
+    const std::set<std::int32_t> sections(m_hits.Sections.begin(), m_hits.Sections.end());
+    for (const _TESTING_DATA& section : m_rows.Sections()) {
+        if (!filtered || sections.contains(section.ID)) {
+            choice.Sections.push_back(section.ID);
+        }
+    }
+    choice.Records = m_hits.Records;
+    if (!FiltersRecords()) {
+        choice.Records.clear();
+        for (const CQueryRows::Pair& pair : m_rows.All()) {
+            if (!filtered || sections.contains(pair.Section->ID)) {
+                choice.Records.push_back(pair.Record->ID);
+            }
+        }
+    }
+    const std::vector<QueryTerm>& terms = m_bar.Asked().Terms;
+    choice.RecordsFirst = filtered && std::any_of(terms.begin(), terms.end(),
+                                                  [](const QueryTerm& term) { return term.OfRecord; });
+    // Without a filter nobody has said which rows are meant.
+    if (filtered) {
+        choice.Ticked = choice.RecordsFirst ? choice.Records : choice.Sections;
+    } else if (const _TESTING_DATA* section = m_window.SectionList().SelectedSection()) {
+        choice.Ticked = {section->ID};
+    }
+    return choice;
 }
 
 void CRowFilter::Follow() {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "bulk/CQueryRows.h"
+#include "bulk/dialogs/CDlgBulkEdit.h"
 
 class CDlgProAtrrib;
 class CFilterBar;
@@ -30,6 +31,8 @@ public:
     const CQueryRows::Hits& Hits() const { return m_hits; }
     // Whether lists of records are filtered now.
     bool FiltersRecords() const;
+    // Those that it leaves over, or all: what a change of many rows is about.
+    CDlgBulkEdit::Choice Chosen();
     // Of further lists of records.
     void Apply(CListCtrl& records) const;
     std::function<void()> OnFound;  // the hits are others, or there is no filter any more

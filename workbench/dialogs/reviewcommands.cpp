@@ -11,7 +11,7 @@ using enum ReviewNeed;
 constexpr int Big = 32;
 constexpr int Small = 20;
 
-constexpr std::array<ReviewCommand, 34> Table = {{
+constexpr std::array<ReviewCommand, 35> Table = {{
     // Id, needs, question, loses, changes, handler, looks
     {1038, Nothing, 0, false, false, OpenProjectCommand, "打开工程", 950, "ui\\big\\open.bmp", Big, "Ctrl+O"},
     {CommandProjectProperties, Project, 0, false, false, ProjectPropertiesCommand, "工程属性", 951,
@@ -53,6 +53,8 @@ constexpr std::array<ReviewCommand, 34> Table = {{
      Small, "Ctrl+L"},
     {CommandPictures, Nothing, 0, false, false, PicturesCommand, "图片", 3950, "ui\\small\\pictures.bmp",
      Small, "F8"},
+    {CommandBulkEdit, Project, 0, false, true, BulkEditCommand, "批量修改", 3951, "ui\\small\\many.bmp",
+     Small, "Ctrl+B"},
     {CommandAskedLook, Project, 0, false, false, AskedCommand, nullptr, 0, nullptr, 0, nullptr},
     {CommandAskedChange, Project, 0, false, true, AskedCommand, nullptr, 0, nullptr, 0, nullptr},
     {CommandExplain, Section, 0, false, false, ExplainCommand, nullptr, 0, nullptr, 0, "Ctrl+T"},
@@ -83,7 +85,7 @@ constexpr std::array Toolbar = {1038,
                                 1080,
                                 2};
 constexpr std::array OfSections = {1021, CommandDeleteSection, CommandSectionProperties, 1079};
-constexpr std::array OfView = {CommandFind, CommandAllDefects, CommandPictures};
+constexpr std::array OfView = {CommandFind, CommandAllDefects, CommandPictures, CommandBulkEdit};
 constexpr std::array OfDefects = {1035, 1037, CommandDeleteDefect, CommandEditDefect, 1033};
 
 }  // namespace

@@ -61,6 +61,7 @@ inline constexpr int CommandImportFolder = 5086;
 inline constexpr int CommandFind = 5087;
 inline constexpr int CommandAllDefects = 5088;
 inline constexpr int CommandPictures = 5089;
+inline constexpr int CommandBulkEdit = 5090;
 inline constexpr int CommandSortByWells = 32782;
 inline constexpr int CommandRenumber = 0x8D2;  // rows were dragged
 
@@ -98,6 +99,8 @@ void UndoCommand(CDlgProAtrrib& window);
 void RedoCommand(CDlgProAtrrib& window);
 void HistoryCommand(CDlgProAtrrib& window);
 
+// Of many rows: those that the filter leaves over, or all.
+void BulkEditCommand(CDlgProAtrrib& window);
 // Of what is seen.
 void FindCommand(CDlgProAtrrib& window);
 void AllDefectsCommand(CDlgProAtrrib& window);
