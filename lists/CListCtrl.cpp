@@ -127,6 +127,21 @@ void CListCtrl::SetEmptyText(const QString& text) {
     viewport()->update();
 }
 
+std::map<int, int> CListCtrl::UserWidths() const {
+    std::map<int, int> widths;
+    for (const int column : m_sizedByUser) {
+        widths[column] = header()->sectionSize(column);
+    }
+    return widths;
+}
+
+void CListCtrl::SetUserWidth(int column, int width) {
+    if (column >= 0 && column < ColumnCount() && width >= LeastColumnWidth) {
+        header()->resizeSection(column, width);
+        m_sizedByUser.insert(column);
+    }
+}
+
 int CListCtrl::FullWidth() const {
     return header()->length() + verticalScrollBar()->sizeHint().width() + 2 * frameWidth();
 }

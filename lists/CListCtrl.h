@@ -8,6 +8,7 @@
 #include <QTreeView>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -31,6 +32,9 @@ public:
     void AllowSeveral();
     // Stands in the middle while there are no rows: what the operator can do about it.
     void SetEmptyText(const QString& text);
+    // Of the columns that the operator has sized, in pixels.
+    std::map<int, int> UserWidths() const;
+    void SetUserWidth(int column, int width);
     // Wide enough to show all columns beside a scroll bar.
     int FullWidth() const;
 

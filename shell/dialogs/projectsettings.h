@@ -13,3 +13,6 @@ void KeepProjectSetting(const QString& group, std::string_view projectPath, cons
 // The same of the program as a whole.
 QVariant UserSetting(const QString& key);
 void KeepUserSetting(const QString& key, const QVariant& value);
+
+// The path text of the project that was open last.
+inline constexpr const char* LastProjectKey = "LastProject";

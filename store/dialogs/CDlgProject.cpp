@@ -10,6 +10,7 @@
 #include "lists/CTestingList.h"
 #include "shell/CPrompts.h"
 #include "shell/dialogs/CWaitCursor.h"
+#include "shell/dialogs/projectsettings.h"
 #include "shell/dialogs/qttext.h"
 #include "shell/language.h"
 #include "shell/paths.h"
@@ -168,6 +169,7 @@ void CDlgProject::OnInitDialog() {
     m_sections->CreateColumns(false);
     RefreshProjects();
     m_projects->SelectRow(0);
+    m_projects->SelectProject(FromQt(UserSetting(LastProjectKey).toString()));
     UpdateButtons();
     m_projects->setFocus();
 }

@@ -62,6 +62,7 @@ constexpr int MessageNothingFound = 3941;
 
 constexpr int Deferral = 20;  // milliseconds
 constexpr int Poll = 200;
+constexpr int RememberEvery = 15'000;
 
 constexpr int RulerMargin = 36;
 
@@ -132,6 +133,11 @@ void CDlgProAtrrib::MakeControls() {
     m_filter->OnFound = [this] { m_filter->Apply(*m_all); };
     m_levels = new CLevelFiller(*m_sections);
     m_levels->setParent(this);
+    m_rememberPlace.callOnTimeout(this, [this] {
+        if (!m_running) {
+            RememberPlace();
+        }
+    });
     m_levels->IsBusy = [this] { return m_running; };
     auto* grade = AddControl(CommandExplain, new QPushButton(this));
     grade->setFlat(true);
@@ -152,6 +158,7 @@ void CDlgProAtrrib::OnInitDialog() {
     m_sections->ShowLevels(UserSetting(ShowLevelsKey).toBool());
     m_defects->CreateColumns(true, false);
     ChooseSize();
+    RestoreLayout();
     ShowState();
     if (!m_firstProject.empty()) {
         (void)OpenProject(m_firstProject);
@@ -168,7 +175,9 @@ void CDlgProAtrrib::showEvent(QShowEvent* event) {
     if (!m_split) {
         m_split = true;  // from then on the operator's
         QTimer::singleShot(0, this, [this] {
-            SplitReview();
+            if (!RestoreSplits()) {
+                SplitReview();
+            }
             OfferDrafts();
         });
     }
@@ -365,11 +374,28 @@ bool CDlgProAtrrib::OpenProject(std::string_view path) {
         m_filterBar->Line().clear();
         m_filter->Close();
     }
-    const CTestingDataArray& sections = Sections();
-    if (!SelectSection(LastSection(path)) && sections.GetSize() > 0) {
-        (void)SelectSection(sections[sections.GetSize() - 1].ID);
-    }
+    KeepUserSetting(LastProjectKey, ToQt(path));
+    StandOn(LastPlace(path));
+    ShowAllDefects();
     return true;
+}
+
+void CDlgProAtrrib::StandOn(const ReviewPlace& place) {
+    const CTestingDataArray& sections = Sections();
+    if (!SelectSection(place.Section)) {
+        if (sections.GetSize() > 0) {
+            (void)SelectSection(sections[sections.GetSize() - 1].ID);
+        }
+        return;
+    }
+    if (place.Record < 0 && place.Seconds <= 0) {
+        return;
+    }
+    m_session.FlushSelections();
+    if (place.Record >= 0 && SelectRecord(place.Record)) {
+        m_session.FlushSelections();
+    }
+    Seek(place.Seconds);
 }
 
 void CDlgProAtrrib::OfferDrafts() {
@@ -440,14 +466,23 @@ void CDlgProAtrrib::Run(int id) {
 
 void CDlgProAtrrib::Close() {
     RememberPlace();
+    KeepLayout();
     m_player->Controls().Stop();
     EndDialog(IdCancel);
 }
 
 void CDlgProAtrrib::RememberPlace() const {
-    if (const _TESTING_DATA* section = SelectedSection()) {
-        RememberSection(ProjectPath(), section->ID);
+    const _TESTING_DATA* section = SelectedSection();
+    if (section == nullptr) {
+        return;
     }
+    ReviewPlace place;
+    place.Section = section->ID;
+    if (const _REC_DATA* record = SelectedRecord()) {
+        place.Record = record->ID;
+    }
+    place.Seconds = m_player->Controls().CurrentPosition();
+    ::RememberPlace(ProjectPath(), place);
 }
 
 void CDlgProAtrrib::FillSections(CDbRec& database) {
@@ -495,6 +530,8 @@ void CDlgProAtrrib::LoadVideo(std::string_view pathText) {
     m_player->Controls().Stop();
     m_player->SetURL(pathText);
     RememberPlace();
+    // A crash loses no more of it than that.
+    m_rememberPlace.start(RememberEvery);
 }
 
 std::string CDlgProAtrrib::Video() const {

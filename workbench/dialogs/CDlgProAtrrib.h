@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QPointer>
+#include <QTimer>
 #include <functional>
 #include <memory>
 #include <span>
@@ -124,6 +125,11 @@ private:
     int ButtonWidth() const;
     void ChooseSize();
     void SplitReview();
+    // Sizes, splits, columns and panels, in the user's settings for screens of this size.
+    void KeepLayout() const;
+    void RestoreLayout();
+    bool RestoreSplits();  // false if none are known
+    void StandOn(const struct ReviewPlace& place);
     void ShowSplash();
     void ShowCommands();
     void ShowSteps();
@@ -152,6 +158,9 @@ private:
     CDlgCheck* m_check = nullptr;
     CDlgImport* m_import = nullptr;
     std::pair<std::string, std::int64_t> m_levelsOf;  // project and state whose levels are shown
+    QSplitter* m_panels = nullptr;
     QSplitter* m_review = nullptr;
+    QSplitter* m_parts = nullptr;  // lists of defects, and pictures
+    QTimer m_rememberPlace;
     bool m_split = false;
 };

@@ -1,7 +1,9 @@
 // Where the controls of the review window stand, and how large it is.
 #include <QBoxLayout>
 #include <QFrame>
+#include <QHeaderView>
 #include <QScreen>
+#include <QScrollBar>
 #include <QSplitter>
 
 #include "bulk/dialogs/CAllDefects.h"
@@ -11,12 +13,17 @@
 #include "defects/dialogs/CPointView.h"
 #include "lists/CDefectList.h"
 #include "lists/CTestingList.h"
+#include "shell/dialogs/projectsettings.h"
 #include "workbench/dialogs/CDlgProAtrrib.h"
 #include "workbench/dialogs/reviewcommands.h"
+#include "workbench/dialogs/reviewplace.h"
 
 namespace {
 
-constexpr QSize FirstSize(1240, 690);  // fits a screen of 1366x768 with its bars
+constexpr QSize FirstSize(1240, 700);  // fits a screen of 1366x768 with its bars
+constexpr int WideScreen = 1900;       // pixels
+constexpr int LeastSections = 5;       // rows
+constexpr int LineHeight = 26;
 
 QFrame* MakeLine(QWidget* parent) {
     auto* line = new QFrame(parent);
@@ -66,17 +73,16 @@ void CDlgProAtrrib::PlaceControls() {
             bar->addWidget(GetDlgItem(id));
         }
     }
-    auto* panels = new QSplitter(Qt::Vertical, this);
+    auto* panels = m_panels = new QSplitter(Qt::Vertical, this);
     panels->setChildrenCollapsible(false);
     panels->setHandleWidth(6);
     panels->addWidget(MakeSectionPanel());
     panels->addWidget(MakeReviewPanel());
     panels->setStretchFactor(0, 1);
     panels->setStretchFactor(1, 2);
-    panels->setSizes({FirstSize.height() / 3, FirstSize.height() * 2 / 3});
 
     auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(8, 6, 8, 8);
+    column->setContentsMargins(8, 4, 8, 6);
     column->setSpacing(6);
     column->addLayout(bar);
     column->addWidget(m_filterBar);
@@ -106,6 +112,7 @@ QWidget* CDlgProAtrrib::MakeSectionPanel() {
     line->setSpacing(2);
     line->addWidget(GetDlgItem(CommandExplain), 1);
     for (QWidget* button : Controls(ViewButtons())) {
+        button->setFixedHeight(LineHeight);
         line->addWidget(button);
     }
     column->addLayout(line);
@@ -113,7 +120,7 @@ QWidget* CDlgProAtrrib::MakeSectionPanel() {
 }
 
 QWidget* CDlgProAtrrib::MakeDefectPanel() {
-    auto* parts = new QSplitter(Qt::Vertical, this);
+    auto* parts = m_parts = new QSplitter(Qt::Vertical, this);
     parts->setChildrenCollapsible(false);
     parts->setHandleWidth(6);
     parts->addWidget(MakeListPanel(this, m_defects, Controls(DefectButtons()), ButtonWidth()));
@@ -148,8 +155,74 @@ void CDlgProAtrrib::ChooseSize() {
     }
 }
 
+// Above stand as many sections as a small screen has room for, on large ones a third of the height. Below,
+// the list of defects has all its columns if that leaves half of the width; what a wide screen leaves beside
+// the picture is the work's.
 void CDlgProAtrrib::SplitReview() {
+    const int rows = m_sections->header()->height() + LeastSections * std::max(m_sections->sizeHintForRow(0), LineHeight) +
+                     m_sections->horizontalScrollBar()->sizeHint().height() + 2 * m_sections->frameWidth();
+    const int height = m_panels->height() - m_panels->handleWidth();
+    const int upper = std::max(rows + LineHeight + 2, height / 3 - LineHeight);
+    m_panels->setSizes({upper, height - upper});
+
     const int wanted = m_defects->FullWidth() + ButtonWidth() + m_review->handleWidth();
-    const int defects = std::min(wanted, m_review->width() / 2);
+    const int least = std::min(wanted, m_review->width() / 2);
+    const int picture = (height - upper) * 16 / 9;
+    const int defects = std::max(least, m_review->width() - picture);
     m_review->setSizes({m_review->width() - defects, defects});
+    m_parts->setSizes({(height - upper) * 2 / 5, (height - upper) * 2 / 5, (height - upper) * 2 / 5});
+}
+
+namespace {
+
+QVariantMap WidthsOf(const CListCtrl& list) {
+    QVariantMap widths;
+    for (const auto& [column, width] : list.UserWidths()) {
+        widths.insert(QString::number(column), width);
+    }
+    return widths;
+}
+
+void SetWidths(CListCtrl& list, const QVariantMap& widths) {
+    for (auto width = widths.begin(); width != widths.end(); ++width) {
+        list.SetUserWidth(width.key().toInt(), width.value().toInt());
+    }
+}
+
+}  // namespace
+
+void CDlgProAtrrib::KeepLayout() const {
+    const auto keep = [this](const char* name, const QVariant& value) {
+        KeepUserSetting(ScreenKey(*this, name), value);
+    };
+    keep("Window", saveGeometry());
+    keep("Panels", m_panels->saveState());
+    keep("Review", m_review->saveState());
+    keep("Parts", m_parts->saveState());
+    keep("SectionColumns", WidthsOf(*m_sections));
+    keep("DefectColumns", WidthsOf(*m_defects));
+    keep("AllColumns", WidthsOf(*m_all));
+    keep("AllDefects", !m_all->isHidden());
+    keep("Pictures", !m_pictures->isHidden());
+}
+
+void CDlgProAtrrib::RestoreLayout() {
+    const auto kept = [this](const char* name) { return UserSetting(ScreenKey(*this, name)); };
+    (void)restoreGeometry(kept("Window").toByteArray());
+    SetWidths(*m_sections, kept("SectionColumns").toMap());
+    SetWidths(*m_defects, kept("DefectColumns").toMap());
+    SetWidths(*m_all, kept("AllColumns").toMap());
+    const QVariant pictures = kept("Pictures");
+    m_pictures->setVisible(pictures.isValid() ? pictures.toBool() : screen()->size().width() >= WideScreen);
+    m_all->setVisible(kept("AllDefects").toBool());
+    ShowPanels();
+}
+
+bool CDlgProAtrrib::RestoreSplits() {
+    bool known = true;
+    for (const auto& [splitter, name] :
+         {std::pair(m_panels, "Panels"), std::pair(m_review, "Review"), std::pair(m_parts, "Parts")}) {
+        known = splitter->restoreState(UserSetting(ScreenKey(*this, name)).toByteArray()) && known;
+    }
+    return known;
 }

@@ -1,18 +1,37 @@
 #include "workbench/dialogs/reviewplace.h"
 
+#include <QScreen>
+#include <QWidget>
+
 #include "shell/dialogs/projectsettings.h"
 
 namespace {
 
-constexpr const char* Group = "LastSection";
+constexpr const char* SectionGroup = "LastSection";
+constexpr const char* RecordGroup = "LastRecord";
+constexpr const char* SecondGroup = "LastSecond";
 
 }  // namespace
 
-std::int32_t LastSection(std::string_view projectPath) {
-    const QVariant kept = ProjectSetting(Group, projectPath);
-    return kept.isValid() ? kept.toInt() : -1;
+ReviewPlace LastPlace(std::string_view projectPath) {
+    ReviewPlace place;
+    if (const QVariant section = ProjectSetting(SectionGroup, projectPath); section.isValid()) {
+        place.Section = section.toInt();
+    }
+    if (const QVariant record = ProjectSetting(RecordGroup, projectPath); record.isValid()) {
+        place.Record = record.toInt();
+    }
+    place.Seconds = ProjectSetting(SecondGroup, projectPath).toDouble();
+    return place;
 }
 
-void RememberSection(std::string_view projectPath, std::int32_t sectionId) {
-    KeepProjectSetting(Group, projectPath, sectionId);
+void RememberPlace(std::string_view projectPath, const ReviewPlace& place) {
+    KeepProjectSetting(SectionGroup, projectPath, place.Section);
+    KeepProjectSetting(RecordGroup, projectPath, place.Record);
+    KeepProjectSetting(SecondGroup, projectPath, place.Seconds);
+}
+
+QString ScreenKey(const QWidget& window, const char* name) {
+    const QSize size = window.screen()->size();
+    return QString("Layout%1x%2/%3").arg(size.width()).arg(size.height()).arg(name);
 }
