@@ -242,6 +242,7 @@ void CListCtrl::DeleteRow(int row) {
         selectionModel()->setCurrentIndex(m_model->index(next, 0), QItemSelectionModel::NoUpdate);
     }
     std::erase(m_told, m_model->At(row).Data);
+    std::erase(m_sorted, m_model->At(row).Data);
     m_model->Remove(row);
 }
 
@@ -278,6 +279,7 @@ void CListCtrl::ResetRows(const std::vector<std::int32_t>& itemData) {
     m_model->Reset(std::move(rows));
     FitContent();
     if (m_shown || IsSorted()) {
+        Sort();
         Arrange();
     }
 }
@@ -293,6 +295,7 @@ void CListCtrl::OnHeadClicked(int column) {
     if (IsSorted()) {
         header()->setSortIndicator(column, Qt::AscendingOrder);
     }
+    Sort();
     Arrange();
     if (const int row = SelectedRow(); row >= 0) {
         scrollTo(m_model->index(row, 0));
@@ -316,20 +319,23 @@ void CListCtrl::Arrange() {
         m_kept = ItemData(row);
     }
     std::vector<std::int32_t> rows;
-    for (const std::int32_t one : m_told) {
+    for (const std::int32_t one : IsSorted() ? m_sorted : m_told) {
         if (!m_shown || one == m_kept || m_shown->contains(one)) {
             rows.push_back(one);
         }
     }
     m_model->Arrange(rows);
-    if (IsSorted()) {
-        m_model->Arrange(Sorted(std::move(rows)));
-    }
     viewport()->update();
 }
 
-// Of the rows as they stand. Numbers as such, before texts; texts as people order them, "Y2" before "Y10".
-std::vector<std::int32_t> CListCtrl::Sorted(std::vector<std::int32_t> rows) {
+// All rows, whichever are shown: a filter leaves some of them in their order. Numbers as such, before texts;
+// texts as people order them, "Y2" before "Y10".
+void CListCtrl::Sort() {
+    if (!IsSorted()) {
+        m_sorted.clear();
+        return;
+    }
+    m_model->Arrange(m_told);
     struct Key {
         std::optional<double> Number;
         QString Text;
@@ -359,14 +365,13 @@ std::vector<std::int32_t> CListCtrl::Sorted(std::vector<std::int32_t> rows) {
         }
         return collator.compare(first.Text, second.Text) < 0;
     };
-    std::vector<std::size_t> order(rows.size());
+    std::vector<std::size_t> order(m_told.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
     std::stable_sort(order.begin(), order.end(), before);
-    std::vector<std::int32_t> sorted;
+    m_sorted.clear();
     for (const std::size_t row : order) {
-        sorted.push_back(rows[row]);
+        m_sorted.push_back(m_told[row]);
     }
-    return sorted;
 }
 
 void CListCtrl::NotifyChanged() {

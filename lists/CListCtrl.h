@@ -105,7 +105,7 @@ protected:
 private:
     void Arrange();
     void OnHeadClicked(int column);
-    std::vector<std::int32_t> Sorted(std::vector<std::int32_t> rows);
+    void Sort();
     bool IsRow(int row) const { return row >= 0 && row < RowCount(); }
     void NotifyChanged();
     void DropKept();
@@ -123,7 +123,8 @@ private:
     bool m_fitting = false;
     QString m_emptyText;
     QString m_nothingFound;
-    std::vector<std::int32_t> m_told;  // data of all rows, in the told order
+    std::vector<std::int32_t> m_told;    // data of all rows, in the told order
+    std::vector<std::int32_t> m_sorted;  // the same in the order of m_sortColumn
     std::optional<std::unordered_set<std::int32_t>> m_shown;
     std::optional<std::int32_t> m_kept;  // shown though it isn't among them
     int m_sortColumn = -1;
