@@ -81,13 +81,17 @@ void CDragListCtrl::mouseReleaseEvent(QMouseEvent* event) {
     MoveRow(from, to);
 }
 
+QString CDragListCtrl::WhyHeld() const {
+    return IsFiltered() ? MessageText(MessageFiltered) : IsSorted() ? MessageText(MessageSorted) : QString();
+}
+
 bool CDragListCtrl::IsHeld() {
-    if (!IsFiltered() && !IsSorted()) {
+    const QString why = WhyHeld();
+    if (why.isEmpty()) {
         return false;
     }
     const QRect row = visualRect(model()->index(SelectedRow(), 0));
-    QToolTip::showText(viewport()->mapToGlobal(row.bottomLeft()),
-                       MessageText(IsFiltered() ? MessageFiltered : MessageSorted), viewport());
+    QToolTip::showText(viewport()->mapToGlobal(row.bottomLeft()), why, viewport());
     return true;
 }
 

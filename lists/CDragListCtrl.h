@@ -23,6 +23,8 @@ public:
     // Rows stay where they are: for windows that only choose among them. So they do while the list is
     // filtered or sorted by a heading; whoever tries is told why.
     void FixOrder() { m_fixed = true; }
+    // Empty while the order can be changed.
+    QString WhyHeld() const;
     // Afterwards the row stands at `to`, selected and visible, and the window has been told.
     void MoveRow(int from, int to);
     bool IsDragging() const { return m_dragging; }

@@ -471,7 +471,7 @@ void CDlgProAtrrib::Close() {
     EndDialog(IdCancel);
 }
 
-void CDlgProAtrrib::RememberPlace() const {
+void CDlgProAtrrib::RememberPlace() {
     const _TESTING_DATA* section = SelectedSection();
     if (section == nullptr) {
         return;
@@ -482,7 +482,10 @@ void CDlgProAtrrib::RememberPlace() const {
         place.Record = record->ID;
     }
     place.Seconds = m_player->Controls().CurrentPosition();
-    ::RememberPlace(ProjectPath(), place);
+    if (std::pair remembered(ProjectPath(), place); remembered != m_remembered) {
+        ::RememberPlace(ProjectPath(), place);
+        m_remembered = std::move(remembered);
+    }
 }
 
 void CDlgProAtrrib::FillSections(CDbRec& database) {
@@ -620,7 +623,10 @@ void CDlgProAtrrib::OnSectionMenu(const QPoint& at) {
     menu.setTitle("管道列表");
     QAction* sort = menu.addAction(MessageText(MessageSortByWells));
     // While other rows or another order are seen, nobody could say what it would do.
-    sort->setEnabled(!m_session.IsReadOnly() && !m_sections->IsFiltered() && !m_sections->IsSorted());
+    const QString why = m_sections->WhyHeld();
+    sort->setEnabled(!m_session.IsReadOnly() && why.isEmpty());
+    sort->setToolTip(why);
+    menu.setToolTipsVisible(!why.isEmpty());
     QAction* levels = menu.addAction(MessageText(MessageShowLevels));
     levels->setCheckable(true);
     levels->setChecked(m_sections->AreLevelsShown());

@@ -18,6 +18,7 @@
 #include "workbench/CReviewScreen.h"
 #include "workbench/CReviewSession.h"
 #include "workbench/dialogs/CLevelFiller.h"
+#include "workbench/dialogs/reviewplace.h"
 
 class CAllDefects;
 class CCtrlPic;
@@ -129,14 +130,14 @@ private:
     void KeepLayout() const;
     void RestoreLayout();
     bool RestoreSplits();  // false if none are known
-    void StandOn(const struct ReviewPlace& place);
+    void StandOn(const ReviewPlace& place);
     void ShowSplash();
     void ShowCommands();
     void ShowSteps();
     // The line below the sections: the grade of the one selected; and, if they are shown, the levels of all.
     void ShowGrade();
     void ShowCheck();
-    void RememberPlace() const;
+    void RememberPlace();
     bool TakeKey(const QWidget* focused, const QKeyEvent& event);
     void OnSectionMenu(const QPoint& at);
 
@@ -162,5 +163,6 @@ private:
     QSplitter* m_review = nullptr;
     QSplitter* m_parts = nullptr;  // lists of defects, and pictures
     QTimer m_rememberPlace;
+    std::pair<std::string, ReviewPlace> m_remembered;
     bool m_split = false;
 };

@@ -159,7 +159,8 @@ void CDlgProAtrrib::ChooseSize() {
 // the list of defects has all its columns if that leaves half of the width; what a wide screen leaves beside
 // the picture is the work's.
 void CDlgProAtrrib::SplitReview() {
-    const int rows = m_sections->header()->height() + LeastSections * std::max(m_sections->sizeHintForRow(0), LineHeight) +
+    const int rows = m_sections->header()->height() +
+                     LeastSections * std::max(m_sections->sizeHintForRow(0), LineHeight) +
                      m_sections->horizontalScrollBar()->sizeHint().height() + 2 * m_sections->frameWidth();
     const int height = m_panels->height() - m_panels->handleWidth();
     const int upper = std::max(rows + LineHeight + 2, height / 3 - LineHeight);

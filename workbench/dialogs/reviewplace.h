@@ -10,6 +10,8 @@ struct ReviewPlace {
     std::int32_t Section = -1;  // IDs; below 0: unknown or none
     std::int32_t Record = -1;
     double Seconds = 0.0;  // of the video
+
+    bool operator==(const ReviewPlace&) const = default;
 };
 ReviewPlace LastPlace(std::string_view projectPath);
 void RememberPlace(std::string_view projectPath, const ReviewPlace& place);

@@ -80,7 +80,7 @@ void CalculateGpsCommand(CDlgProAtrrib& window) {
 }
 
 void SortByWellsCommand(CDlgProAtrrib& window) {
-    if (window.SectionList().IsFiltered() || window.SectionList().IsSorted()) {
+    if (!window.SectionList().WhyHeld().isEmpty()) {
         return;  // its menu says so
     }
     window.SectionList().SortByWells();
