@@ -25,6 +25,25 @@ bool AskForSecondPicture(std::string_view defectName) {
 
 }  // namespace
 
+float LengthOf(const _TESTING_DATA& section) {
+    return section.DistanceEnd - section.DistanceStart;
+}
+
+void StandIn(const _TESTING_DATA& section, _REC_DATA& record) {
+    record.GpsX = section.GpsXStart;
+    record.GpsY = section.GpsYStart;
+}
+
+bool StoreRecord(CDbRec& database, const _REC_DATA& record, const CRecordPictures& pictures,
+                 Storing storing) {
+    NoteMadeForUndo(database, pictures.Made());
+    if (storing == Storing::New ? database.AddRecord(record) : database.UpdateRecord(record)) {
+        return true;
+    }
+    DropKept(database);
+    return false;
+}
+
 bool DeleteDefect(CDbRec& database, const _REC_DATA& record) {
     const CDbStep step(database, StepDeleteRecord);
     // The originals stay, so there is nothing to keep of them.
@@ -54,10 +73,8 @@ bool AddSecondPicture(CDbRec& database, _REC_DATA record, std::string_view defec
     if (!pictures.AddFrame(video, seconds, seconds, 2201, CRecordPictures::Twin::AtOnce)) {
         return false;
     }
-    NoteMadeForUndo(database, pictures.Made());
-    const bool stored = database.UpdateRecord(record);
+    const bool stored = StoreRecord(database, record, pictures, Storing::Changed);
     if (!stored) {
-        DropKept(database);
         pictures.TakeBack();
     }
     return stored;

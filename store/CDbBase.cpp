@@ -325,7 +325,13 @@ CDbCursor CDbBase::Execute(std::string_view statement) {
     if (m_watch != nullptr && ChangesRows(statement)) {
         return ExecuteWatched(statement);
     }
-    return CDbCursor(m_statements.Take(m_connection, TranslateSql(statement)));
+    return ExecuteNow(statement);
+}
+
+CDbCursor CDbBase::ExecuteNow(std::string_view statement) {
+    CDbCursor cursor(m_statements.Take(m_connection, TranslateSql(statement)));
+    m_lastInsertId = sqlite3_last_insert_rowid(m_connection);
+    return cursor;
 }
 
 CDbCursor CDbBase::ExecuteAsIs(const std::string& statement) {
@@ -336,11 +342,11 @@ CDbCursor CDbBase::ExecuteAsIs(const std::string& statement) {
 CDbCursor CDbBase::ExecuteWatched(std::string_view statement) {
     m_watch->BeforeChange();
     if (!m_watch->HasPending()) {
-        return CDbCursor(m_statements.Take(m_connection, TranslateSql(statement)));
+        return ExecuteNow(statement);
     }
     CDbBatch batch(*this);
     try {
-        CDbCursor cursor(m_statements.Take(m_connection, TranslateSql(statement)));
+        CDbCursor cursor = ExecuteNow(statement);
         m_watch->WritePending();
         batch.Commit();
         return cursor;
@@ -357,7 +363,7 @@ std::int64_t CDbBase::ChangeCount() const {
 }
 
 std::int32_t CDbBase::LastInsertId() const {
-    return m_connection == nullptr ? 0 : static_cast<std::int32_t>(sqlite3_last_insert_rowid(m_connection));
+    return m_connection == nullptr ? 0 : static_cast<std::int32_t>(m_lastInsertId);
 }
 
 void CDbBase::BeginBatch() {

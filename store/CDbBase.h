@@ -89,7 +89,7 @@ public:
     std::uint64_t BatchSerial() const { return m_batchDepth > 0 ? m_batchSerial : 0; }
     // Counts the rows that this connection has changed.
     std::int64_t ChangeCount() const;
-    // The key that the last insert was given.
+    // The key that the last insert of Execute was given; what a watch inserts along with it doesn't count.
     std::int32_t LastInsertId() const;
 
     // A new, empty, encrypted file for the makers of criterion files; an existing one is an error.
@@ -110,6 +110,7 @@ private:
     void AddFunctions();
     void DropOwnTables();
     void RequireUsable(bool changes) const;
+    CDbCursor ExecuteNow(std::string_view statement);
     CDbCursor ExecuteWatched(std::string_view statement);
     void Run(const std::string& statement) const;
     void Disconnect();
@@ -120,6 +121,7 @@ private:
     COpenFile m_openFile;
     std::string m_path;
     std::string m_hostPath;  // empty for what has no file
+    std::int64_t m_lastInsertId = 0;
     int m_batchDepth = 0;
     std::uint64_t m_batchSerial = 0;
 };

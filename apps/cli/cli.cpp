@@ -59,6 +59,10 @@ constexpr Command Commands[] = {
      RunExportShape},
     {"map", "PROJECT [--sections ID,ID] [--json]", "print what the map of the sections is told", RunMap},
     {"gps-calc", "PROJECT --section ID", "place the records between the section's manholes", RunGpsCalc},
+    {"code", "PROJECT --section ID \"PL3 12.4 0903\" --at SECONDS [--dry-run] [--json]",
+     "store a defect coded in one line; --dry-run tells what was understood, exit code 3 that something is "
+     "missing",
+     RunCode},
     {"edit-section", "PROJECT --section ID FIELD=VALUE...", "change fields of a section", RunEditSection},
     {"edit-sections", "PROJECT --where QUERY FIELD=VALUE... [--dry-run]",
      "change fields of all sections that are asked for, in one step, and print what changes",

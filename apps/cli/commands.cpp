@@ -5,6 +5,7 @@
 
 #include "apps/cli/CArguments.h"
 #include "shell/CHostFiles.h"
+#include "shell/numbers.h"
 #include "shell/programfolder.h"
 #include "shell/seams.h"
 #include "store/CDbRec.h"
@@ -78,4 +79,17 @@ void OpenProject(CDbRec& database, const CommandContext& context, const std::str
     if (!database.OpenDatabase(PathArgument(context, argument), CDbPassword)) {
         throw std::runtime_error(argument + " can't be opened");
     }
+}
+
+_TESTING_DATA FindSection(CDbRec& database, std::int32_t id) {
+    CTestingDataArray sections;
+    if (!database.ReadTestings(sections)) {
+        throw std::runtime_error("the sections can't be read");
+    }
+    for (const _TESTING_DATA& section : sections) {
+        if (section.ID == id) {
+            return section;
+        }
+    }
+    throw std::runtime_error("no section with the ID " + FormatInt(id));
 }

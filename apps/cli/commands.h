@@ -2,11 +2,13 @@
 // code; a wrong call throws CUsageError, a failure std::runtime_error.
 #pragma once
 
+#include <cstdint>
 #include <iosfwd>
 #include <string>
 #include <vector>
 
 class CDbRec;
+struct _TESTING_DATA;
 
 struct CommandContext {
     std::vector<std::string> Words;
@@ -30,6 +32,8 @@ int RunMakeStandard(const CommandContext& context);
 int RunSettings(const CommandContext& context);
 // commands_check.cpp
 int RunCheck(const CommandContext& context);
+// commands_code.cpp
+int RunCode(const CommandContext& context);
 // commands_convert.cpp
 int RunConvert(const CommandContext& context);
 // commands_nmea.cpp
@@ -93,3 +97,5 @@ std::string ShownPath(const std::string& path);
 std::string ReadInput(const std::string& path, const std::string& shown);
 // Throws if it can't be opened; the message was shown.
 void OpenProject(CDbRec& database, const CommandContext& context, const std::string& argument);
+// Throws if there is none.
+_TESTING_DATA FindSection(CDbRec& database, std::int32_t id);

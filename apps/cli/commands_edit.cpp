@@ -15,19 +15,6 @@
 
 namespace {
 
-_TESTING_DATA FindSection(CDbRec& database, std::int32_t id) {
-    CTestingDataArray sections;
-    if (!database.ReadTestings(sections)) {
-        throw std::runtime_error("the sections can't be read");
-    }
-    for (const _TESTING_DATA& section : sections) {
-        if (section.ID == id) {
-            return section;
-        }
-    }
-    throw std::runtime_error("no section with the ID " + FormatInt(id));
-}
-
 _REC_DATA FindRecord(CDbRec& database, std::int32_t id) {
     CRecDataArray records;
     if (!database.ReadRecords(-1, records, false)) {

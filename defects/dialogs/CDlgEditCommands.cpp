@@ -16,6 +16,7 @@
 #include "defects/edittools.h"
 #include "defects/manhole.h"
 #include "defects/picturesteps.h"
+#include "defects/recordchanges.h"
 #include "shell/CDesktop.h"
 #include "shell/CHostFiles.h"
 #include "shell/CPrompts.h"
@@ -118,9 +119,10 @@ void CDlgEdit::BeginDraft() {
 void CDlgEdit::SelectDefect() {
     const std::string comment = Record.Comment;  // replaced with the name
     const int known = FindChoice(m_choices, Record.DefectCode);
-    m_names->setCurrentIndex(m_add ? (m_choices.empty() ? -1 : 0) : known);
+    const bool chosen = !m_add || known >= 0;
+    m_names->setCurrentIndex(chosen ? known : m_choices.empty() ? -1 : 0);
     OnNameChange();
-    if (m_add) {
+    if (!chosen || (m_add && Record.DefectLevel == 0)) {
         return;
     }
     if (known < 0) {
@@ -290,12 +292,8 @@ void CDlgEdit::OnOK() {
         ShowProblem(*problem);
         return;
     }
-    const _REC_DATA record = BuildRecord();
-    NoteMadeForUndo(m_database, Pictures.Made());
-    if (m_add ? m_database.AddRecord(record) : m_database.UpdateRecord(record)) {
+    if (StoreRecord(m_database, BuildRecord(), Pictures, m_add ? Storing::New : Storing::Changed)) {
         EndDialog(IdOk);
-    } else {
-        DropKept(m_database);
     }
 }
 

@@ -6,6 +6,7 @@
 #include "defects/dialogs/CDlgEdit.h"
 #include "defects/dialogs/CJcjDlg.h"
 #include "defects/dialogs/draftpictures.h"
+#include "defects/recordchanges.h"
 #include "shell/CPrompts.h"
 #include "shell/dialogs/CWaitCursor.h"
 #include "shell/paths.h"
@@ -14,12 +15,7 @@
 
 namespace {
 
-constexpr int MessageNoFrame = 2195;
 constexpr int MessageDraftWithout = 3473;
-
-float LengthOf(const _TESTING_DATA& section) {
-    return section.DistanceEnd - section.DistanceStart;
-}
 
 // Imported sections end at 0 m until their properties were confirmed.
 std::function<std::optional<float>()> LengthGiver(CDbRec& database, const _TESTING_DATA& section) {
@@ -65,16 +61,12 @@ bool RunNew(Dialog& dialog) {
     return stored;
 }
 
-void StandIn(const _TESTING_DATA& section, _REC_DATA& record) {
-    record.GpsX = section.GpsXStart;
-    record.GpsY = section.GpsYStart;
-}
-
 }  // namespace
 
 bool NewDefect(CDbRec& database, const _TESTING_DATA& section, std::string_view video, double seconds,
-               QWidget* parent) {
+               QWidget* parent, const _REC_DATA& filled) {
     CDlgEdit dialog(true, database, section.ID, LengthOf(section), parent);
+    dialog.Record = filled;
     dialog.GiveLength = LengthGiver(database, section);
     dialog.Draft = DraftOf(DefectDraft, database, section.ID, -1);
     dialog.Record.Video = video;

@@ -10,9 +10,10 @@ class CDbRec;
 struct FormDraft;
 class QWidget;
 
-// At `seconds` of the video, whose player has been paused. True if a record was stored.
+// At `seconds` of the video, whose player has been paused. True if a record was stored. `filled` is what the
+// form opens with: code, grade, comment, distances and clock, each only if it is known.
 bool NewDefect(CDbRec& database, const _TESTING_DATA& section, std::string_view video, double seconds,
-               QWidget* parent);
+               QWidget* parent, const _REC_DATA& filled = {});
 bool NewManholeDefect(CDbRec& database, const _TESTING_DATA& section, std::string_view video, double seconds,
                       QWidget* parent);
 
