@@ -17,6 +17,7 @@ packages=(
     gdal-bin                                         # likewise shapefiles
     libreoffice-writer-nogui libreoffice-calc-nogui  # likewise, and templates that users restyle with it
     ffmpeg python3                                   # demo job and test scripts
+    fcitx5 fcitx5-chinese-addons fcitx5-frontend-qt6 dbus xdotool    # typing Chinese into the program
 )
 
 # A strict validator of office documents for the tests, where node is; without it these tests are skipped.

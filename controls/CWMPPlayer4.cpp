@@ -5,6 +5,7 @@
 #include <QBoxLayout>
 #include <QKeyEvent>
 #include <QMenu>
+#include <array>
 #include <chrono>
 
 #include "controls/CPlayerBar.h"
@@ -145,66 +146,49 @@ void CWMPPlayer4::Skip(double seconds) {
     m_playback.SetPosition(m_playback.Position() + seconds);
 }
 
+std::span<const CWMPPlayer4::Key> CWMPPlayer4::Keys() {
+    using Self = CWMPPlayer4;
+    static constexpr Qt::KeyboardModifiers None = Qt::NoModifier;
+    static constexpr Qt::KeyboardModifiers Shift = Qt::ShiftModifier;
+    static const std::array<Key, 16> Table{{
+        {Qt::Key_Space, None, 3126,
+         [](Self& s) { s.m_playback.IsPlaying() ? s.m_playback.Pause() : s.m_playback.Play(); }},
+        {Qt::Key_Left, None, 3127, [](Self& s) { s.Skip(-LongSkip); }},
+        {Qt::Key_Right, None, 3128, [](Self& s) { s.Skip(LongSkip); }},
+        {Qt::Key_Left, Shift, 3129, [](Self& s) { s.Skip(-ShortSkip); }},
+        {Qt::Key_Right, Shift, 3130, [](Self& s) { s.Skip(ShortSkip); }},
+        {Qt::Key_Comma, None, 3131, [](Self& s) { s.m_playback.StepBack(); }},
+        {Qt::Key_Period, None, 3132, [](Self& s) { s.m_playback.StepForward(); }},
+        {Qt::Key_Home, None, 3133, [](Self& s) { s.m_playback.SetPosition(0.0); }},
+        {Qt::Key_End, None, 3134, [](Self& s) { s.m_playback.SetPosition(s.m_playback.Duration()); }},
+        // Plus is a shifted key on most keyboards, and the key itself does as well.
+        {Qt::Key_Plus, None, 3135, [](Self& s) { s.m_playback.ChangeSpeed(1); }},
+        {Qt::Key_Plus, Shift, 0, [](Self& s) { s.m_playback.ChangeSpeed(1); }},
+        {Qt::Key_Equal, None, 0, [](Self& s) { s.m_playback.ChangeSpeed(1); }},
+        {Qt::Key_Equal, Shift, 0, [](Self& s) { s.m_playback.ChangeSpeed(1); }},
+        {Qt::Key_Minus, None, 3136, [](Self& s) { s.m_playback.ChangeSpeed(-1); }},
+        {Qt::Key_M, None, 3137, [](Self& s) { s.m_playback.SetMute(!s.m_playback.IsMute()); }},
+        {Qt::Key_F, None, 3138, [](Self& s) { s.SetFullScreen(!s.m_fullScreen); }},
+    }};
+    return Table;
+}
+
 bool CWMPPlayer4::TakeKey(const QKeyEvent& event) {
     const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
-    const bool shift = modifiers == Qt::ShiftModifier;
-    if (modifiers != Qt::NoModifier && !shift) {
-        return false;
-    }
-    switch (event.key()) {
-        case Qt::Key_Left:
-            Skip(shift ? -ShortSkip : -LongSkip);
-            return true;
-        case Qt::Key_Right:
-            Skip(shift ? ShortSkip : LongSkip);
-            return true;
-        default:
-            break;
-    }
-    // Plus is a shifted key on most keyboards, and the key itself does as well.
-    if (event.key() == Qt::Key_Plus || event.key() == Qt::Key_Equal) {
-        m_playback.ChangeSpeed(1);
-        return true;
-    }
-    if (shift) {
-        return false;
-    }
-    switch (event.key()) {
-        case Qt::Key_Minus:
-            m_playback.ChangeSpeed(-1);
-            return true;
-        case Qt::Key_Home:
-            m_playback.SetPosition(0.0);
-            return true;
-        case Qt::Key_End:
-            m_playback.SetPosition(m_playback.Duration());
-            return true;
-        case Qt::Key_Space:
-            if (!event.isAutoRepeat()) {
-                m_playback.IsPlaying() ? m_playback.Pause() : m_playback.Play();
+    for (const Key& key : Keys()) {
+        if (event.key() == key.Code && modifiers == key.Modifiers) {
+            if (key.Code != Qt::Key_Space || !event.isAutoRepeat()) {
+                key.Do(*this);
             }
             return true;
-        case Qt::Key_Comma:
-            m_playback.StepBack();
-            return true;
-        case Qt::Key_Period:
-            m_playback.StepForward();
-            return true;
-        case Qt::Key_M:
-            m_playback.SetMute(!m_playback.IsMute());
-            return true;
-        case Qt::Key_F:
-            SetFullScreen(!m_fullScreen);
-            return true;
+        }
+    }
+    switch (event.key()) {
         case Qt::Key_Return:
         case Qt::Key_Enter:
-            if (auto* button = qobject_cast<QAbstractButton*>(QApplication::focusWidget())) {
-                button->click();
-                return true;
-            }
-            return false;
+            return TakeEnter(modifiers);
         case Qt::Key_Escape:
-            if (m_fullScreen) {
+            if (modifiers == Qt::NoModifier && m_fullScreen) {
                 SetFullScreen(false);
                 if (OnEscape) {
                     OnEscape();
@@ -215,6 +199,22 @@ bool CWMPPlayer4::TakeKey(const QKeyEvent& event) {
         default:
             return false;
     }
+}
+
+bool CWMPPlayer4::TakeEnter(Qt::KeyboardModifiers modifiers) {
+    const bool control = modifiers == Qt::ControlModifier;
+    if (modifiers != Qt::NoModifier && !control) {
+        return false;
+    }
+    auto* const button = qobject_cast<QAbstractButton*>(QApplication::focusWidget());
+    if (button != nullptr && !control) {
+        button->click();
+        return true;
+    }
+    if (OnEnter) {
+        OnEnter(control);
+    }
+    return static_cast<bool>(OnEnter);
 }
 
 bool CWMPPlayer4::eventFilter(QObject* watched, QEvent* event) {

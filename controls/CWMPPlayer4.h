@@ -1,10 +1,7 @@
 // The player that a window embeds: picture, bar and keys.
 //
-//   blank       play, pause           M         sound off, on
-//   left/right  5 s, with Shift 1 s   F         full screen (also a double click on the picture)
-//   , and .     one frame             + and -   faster, slower
-//   Home, End   to the ends           Esc       leave full screen, then OnEscape
-//   Enter       press the button that has the focus
+// Its keys are a table (Keys). Beside them Esc leaves full screen, then OnEscape; Enter presses the button
+// that has the focus, else OnEnter; a double click on the picture is full screen too.
 //
 // A video that was loaded stands on its first frame until Play. All of it is for the thread of windows, and
 // nothing waits for the video.
@@ -13,6 +10,7 @@
 #include <QTimer>
 #include <QWidget>
 #include <functional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -58,13 +56,21 @@ public:
     bool IsPlaying() const { return m_playback.IsPlaying(); }
     // The file is still being loaded, or the picture of the position put isn't there yet.
     bool IsBusy() const { return m_playback.IsBusy(); }
+    struct Key {
+        Qt::Key Code;
+        Qt::KeyboardModifiers Modifiers;
+        int Text;  // message that tells what it does
+        void (*Do)(CWMPPlayer4& player);
+    };
+    static std::span<const Key> Keys();
     // Does what the key stands for; false if for nothing. For windows whose lists have the focus.
     bool TakeKey(const QKeyEvent& event);
     // What the picture area says as long as there is no video.
     void SetEmptyText(std::string_view text);
 
-    // Both may not destroy the player.
-    std::function<void()> OnEscape;  // Esc in full screen, which is left already
+    // All may not destroy the player.
+    std::function<void()> OnEscape;             // Esc in full screen, which is left already
+    std::function<void(bool control)> OnEnter;  // `control`: with Ctrl
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -74,6 +80,7 @@ private:
     void Refresh();
     QString CurrentMessage() const;
     void Skip(double seconds);
+    bool TakeEnter(Qt::KeyboardModifiers modifiers);
     void ShowBar();
 
     CVideoPlayback m_playback;

@@ -82,6 +82,8 @@ constexpr Command Commands[] = {
     {"restore-points", "PROJECT [--json]",
      "list the copies that were made of a project; it may be gone itself", RunRestorePoints},
     {"restore", "PROJECT POINT -o NEW.mdb", "make a new project of such a copy", RunRestore},
+    {"strip", "PROJECT --section ID [--width PIXELS] -o FILE.svg",
+     "draw a section as a pipe with its defects", RunStrip},
     {"grab", "VIDEO SECONDS -o FILE.jpg", "write the frame that is shown at that position as a picture",
      RunGrab},
     {"convert", "FILE... [--to DIR] [--json]",

@@ -77,6 +77,8 @@ int RunDataset(const CommandContext& context);
 int RunExportWord(const CommandContext& context);
 // commands_merge.cpp
 int RunMerge(const CommandContext& context);
+// commands_strip.cpp
+int RunStrip(const CommandContext& context);
 // commands_sonar.cpp
 int RunSonar(const CommandContext& context);
 int RunExportSonar(const CommandContext& context);

@@ -77,8 +77,9 @@ bool NewDefect(CDbRec& database, const _TESTING_DATA& section, std::string_view 
 }
 
 bool NewManholeDefect(CDbRec& database, const _TESTING_DATA& section, std::string_view video, double seconds,
-                      QWidget* parent) {
+                      QWidget* parent, const _REC_DATA& filled) {
     CJcjDlg dialog(database, section.ID, FolderOf(section), true, parent);
+    dialog.Record.DefectCode = filled.DefectCode;
     dialog.Draft = DraftOf(ManholeDraft, database, section.ID, -1);
     dialog.Record.Video = video;
     // A manhole can be described without a picture.

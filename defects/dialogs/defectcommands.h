@@ -15,7 +15,7 @@ class QWidget;
 bool NewDefect(CDbRec& database, const _TESTING_DATA& section, std::string_view video, double seconds,
                QWidget* parent, const _REC_DATA& filled = {});
 bool NewManholeDefect(CDbRec& database, const _TESTING_DATA& section, std::string_view video, double seconds,
-                      QWidget* parent);
+                      QWidget* parent, const _REC_DATA& filled = {});
 
 // True if the list of defects is to be filled anew: also after Cancel, since pictures may have changed, but
 // not for a manhole, whose changes show when the section is selected next. `control` has the focus first.

@@ -2,15 +2,13 @@
 
 #include <QBuffer>
 #include <QFontMetrics>
-#include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <memory>
 #include <optional>
 
+#include "controls/paint/CPaintApplication.h"
 #include "shell/numbers.h"
 
 namespace {
@@ -115,18 +113,7 @@ void WriteCaptions(QPainter& painter, const Axes& axes) {
 }  // namespace
 
 std::string DrawSonarChart(const std::vector<PipeItem>& items) {
-    std::array<char, 8> name{"drovane"};
-    std::array<char, 10> option{"-platform"};
-    std::array<char, 10> platform{"offscreen"};
-    std::array<char*, 4> words{name.data(), option.data(), platform.data(), nullptr};
-    int count = 3;
-    std::unique_ptr<QGuiApplication> application;
-    if (QCoreApplication::instance() == nullptr) {
-        // What it has to say of a session without a desktop is of no use to anybody.
-        qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-        application = std::make_unique<QGuiApplication>(count, words.data());
-        qInstallMessageHandler(nullptr);
-    }
+    const CPaintApplication application;
     QImage image(Width, Height, QImage::Format_RGB888);
     image.fill(Qt::black);
     {

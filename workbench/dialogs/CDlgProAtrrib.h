@@ -21,12 +21,15 @@
 #include "workbench/dialogs/reviewplace.h"
 
 class CAllDefects;
+class CCodingLine;
+class CCodingDesk;
 class CCtrlPic;
 class CDlgCheck;
 class CDlgImport;
 class CDefectList;
 class CFilterBar;
 class CPicturePanel;
+class CPipeStrip;
 class CPointView;
 class CRowFilter;
 class CTestingList;
@@ -75,6 +78,7 @@ public:
     void ShowAllDefects();
     CAllDefects& AllDefects() { return *m_all; }
     CPicturePanel& Pictures() { return *m_pictures; }
+    CCodingDesk& Coding() { return *m_coding; }
     // What was typed in windows that ended with a crash: asks for each (3474) whether to go on with it; a
     // draft that isn't wanted goes.
     void OfferDrafts();
@@ -153,6 +157,9 @@ private:
     CPointView* m_ruler = nullptr;
     CAllDefects* m_all = nullptr;
     CPicturePanel* m_pictures = nullptr;
+    CCodingLine* m_codingLine = nullptr;
+    CPipeStrip* m_strip = nullptr;
+    std::unique_ptr<CCodingDesk> m_coding;
     std::pair<std::string, std::int64_t> m_allOf;  // project and state that the list of all shows
     CFilterBar* m_filterBar = nullptr;
     CLevelFiller* m_levels = nullptr;

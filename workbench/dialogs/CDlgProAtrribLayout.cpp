@@ -8,12 +8,14 @@
 
 #include "bulk/dialogs/CAllDefects.h"
 #include "bulk/dialogs/CFilterBar.h"
+#include "controls/CPipeStrip.h"
 #include "controls/CWMPPlayer4.h"
 #include "defects/dialogs/CPicturePanel.h"
 #include "defects/dialogs/CPointView.h"
 #include "lists/CDefectList.h"
 #include "lists/CTestingList.h"
 #include "shell/dialogs/projectsettings.h"
+#include "workbench/coding/dialogs/CCodingLine.h"
 #include "workbench/dialogs/CDlgProAtrrib.h"
 #include "workbench/dialogs/reviewcommands.h"
 #include "workbench/dialogs/reviewplace.h"
@@ -22,7 +24,8 @@ namespace {
 
 constexpr QSize FirstSize(1240, 700);  // fits a screen of 1366x768 with its bars
 constexpr int WideScreen = 1900;       // pixels
-constexpr int LeastSections = 5;       // rows
+constexpr int HighScreen = 1000;
+constexpr int LeastSections = 5;  // rows
 constexpr int LineHeight = 26;
 
 QFrame* MakeLine(QWidget* parent) {
@@ -87,6 +90,7 @@ void CDlgProAtrrib::PlaceControls() {
     column->addLayout(bar);
     column->addWidget(m_filterBar);
     column->addWidget(panels, 1);
+    column->addWidget(m_strip);
     column->addWidget(m_ruler);
 }
 
@@ -138,7 +142,13 @@ QWidget* CDlgProAtrrib::MakeReviewPanel() {
     auto* panel = new QSplitter(Qt::Horizontal, this);
     panel->setChildrenCollapsible(false);
     panel->setHandleWidth(6);
-    panel->addWidget(m_player);
+    auto* video = new QWidget(panel);
+    auto* picture = new QVBoxLayout(video);
+    picture->setContentsMargins(0, 0, 0, 0);
+    picture->setSpacing(0);
+    picture->addWidget(m_player, 1);
+    picture->addWidget(m_codingLine);
+    panel->addWidget(video);
     panel->addWidget(MakeDefectPanel());
     // The list has all its columns if that leaves half of the width; of more room the picture gets most.
     panel->setStretchFactor(0, 2);
@@ -205,6 +215,7 @@ void CDlgProAtrrib::KeepLayout() const {
     keep("AllColumns", WidthsOf(*m_all));
     keep("AllDefects", !m_all->isHidden());
     keep("Pictures", !m_pictures->isHidden());
+    keep("Strip", !m_strip->isHidden());
 }
 
 void CDlgProAtrrib::RestoreLayout() {
@@ -216,6 +227,8 @@ void CDlgProAtrrib::RestoreLayout() {
     const QVariant pictures = kept("Pictures");
     m_pictures->setVisible(pictures.isValid() ? pictures.toBool() : screen()->size().width() >= WideScreen);
     m_all->setVisible(kept("AllDefects").toBool());
+    const QVariant strip = kept("Strip");
+    m_strip->setVisible(strip.isValid() ? strip.toBool() : screen()->size().height() >= HighScreen);
     ShowPanels();
 }
 

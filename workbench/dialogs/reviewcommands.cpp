@@ -11,7 +11,22 @@ using enum ReviewNeed;
 constexpr int Big = 32;
 constexpr int Small = 20;
 
-constexpr std::array<ReviewCommand, 35> Table = {{
+template <int Place>
+constexpr ReviewCommand Favourite(const char* keys) {
+    return {CommandFavourite + Place,
+            Section,
+            0,
+            false,
+            true,
+            [](CDlgProAtrrib& window) { FavouriteCommand(window, Place); },
+            nullptr,
+            3143,
+            nullptr,
+            0,
+            keys};
+}
+
+constexpr std::array<ReviewCommand, 56> Table = {{
     // Id, needs, question, loses, changes, handler, looks
     {1038, Nothing, 0, false, false, OpenProjectCommand, "打开工程", 950, "ui\\big\\open.bmp", Big, "Ctrl+O"},
     {CommandProjectProperties, Project, 0, false, false, ProjectPropertiesCommand, "工程属性", 951,
@@ -55,9 +70,33 @@ constexpr std::array<ReviewCommand, 35> Table = {{
      Small, "F8"},
     {CommandBulkEdit, Project, 0, false, true, BulkEditCommand, "批量修改", 3951, "ui\\small\\many.bmp",
      Small, "Ctrl+B"},
+    {CommandStrip, Nothing, 0, false, false, StripCommand, "管道条", 3125, "ui\\small\\strip.bmp", Small,
+     "F9"},
+    {CommandCode, Section, 0, false, true, CodeCommand, nullptr, 3139, nullptr, 0, "/"},
+    {CommandCodeLast, Section, 0, false, true, CodeLastCommand, nullptr, 0, nullptr, 0, nullptr},
+    {CommandRunBegins, Section, 0, false, true, RunBeginsCommand, nullptr, 3141, nullptr, 0, "["},
+    {CommandRunEnds, Section, 0, false, true, RunEndsCommand, nullptr, 3142, nullptr, 0, "]"},
+    {CommandStoreCoded, Section, 0, false, true, StoreCodedCommand, nullptr, 0, nullptr, 0, nullptr},
+    {CommandFormCoded, Section, 0, false, true, FormCodedCommand, nullptr, 0, nullptr, 0, nullptr},
+    {CommandGiveLength, Section, 0, false, true, GiveLengthCommand, nullptr, 0, nullptr, 0, nullptr},
+    Favourite<0>("Alt+1"),
+    Favourite<1>("Alt+2"),
+    Favourite<2>("Alt+3"),
+    Favourite<3>("Alt+4"),
+    Favourite<4>("Alt+5"),
+    Favourite<5>("Alt+6"),
+    Favourite<6>("Alt+7"),
+    Favourite<7>("Alt+8"),
+    Favourite<8>("Alt+9"),
+    Favourite<9>("Alt+0"),
+    {CommandFlagBefore, SectionSilently, 0, false, false, FlagBeforeCommand, nullptr, 3144, nullptr, 0,
+     "Ctrl+Left"},
+    {CommandNextFlag, SectionSilently, 0, false, false, NextFlagCommand, nullptr, 3145, nullptr, 0,
+     "Ctrl+Right"},
+    {CommandKeys, Nothing, 0, false, false, KeysCommand, nullptr, 3149, nullptr, 0, "Ctrl+F1"},
     {CommandAskedLook, Project, 0, false, false, AskedCommand, nullptr, 0, nullptr, 0, nullptr},
     {CommandAskedChange, Project, 0, false, true, AskedCommand, nullptr, 0, nullptr, 0, nullptr},
-    {CommandExplain, Section, 0, false, false, ExplainCommand, nullptr, 0, nullptr, 0, "Ctrl+T"},
+    {CommandExplain, Section, 0, false, false, ExplainCommand, nullptr, 3148, nullptr, 0, "Ctrl+T"},
     {CommandSortByWells, Nothing, 0, false, true, SortByWellsCommand, nullptr, 0, nullptr, 0, nullptr},
     {CommandResume, Project, 0, false, true, ResumeCommand, nullptr, 0, nullptr, 0, nullptr},
     {CommandRenumber, Nothing, 0, false, true, RenumberCommand, nullptr, 0, nullptr, 0, nullptr},
@@ -85,7 +124,8 @@ constexpr std::array Toolbar = {1038,
                                 1080,
                                 2};
 constexpr std::array OfSections = {1021, CommandDeleteSection, CommandSectionProperties, 1079};
-constexpr std::array OfView = {CommandFind, CommandAllDefects, CommandPictures, CommandBulkEdit};
+constexpr std::array OfView = {CommandFind, CommandAllDefects, CommandPictures, CommandStrip,
+                               CommandBulkEdit};
 constexpr std::array OfDefects = {1035, 1037, CommandDeleteDefect, CommandEditDefect, 1033};
 
 }  // namespace

@@ -23,7 +23,7 @@ struct ReviewCommand {
 
     // How it looks; without a bitmap it has no button.
     const char* Caption;   // where there is no language table
-    int Text;              // message of its text; the tip's is TipOffset more
+    int Text;              // message of its text; the tip's, if it has a button, is TipOffset more
     const char* Bitmap;    // path text
     int Size;              // pixels of the bitmap at 100 %
     const char* Shortcut;  // portable key text; null for none
@@ -62,6 +62,18 @@ inline constexpr int CommandFind = 5087;
 inline constexpr int CommandAllDefects = 5088;
 inline constexpr int CommandPictures = 5089;
 inline constexpr int CommandBulkEdit = 5090;
+inline constexpr int CommandCode = 5160;
+inline constexpr int CommandCodeLast = 5161;
+inline constexpr int CommandRunBegins = 5162;
+inline constexpr int CommandRunEnds = 5163;
+inline constexpr int CommandStoreCoded = 5164;
+inline constexpr int CommandFormCoded = 5165;
+inline constexpr int CommandStrip = 5166;
+inline constexpr int CommandFlagBefore = 5167;
+inline constexpr int CommandNextFlag = 5168;
+inline constexpr int CommandKeys = 5169;
+inline constexpr int CommandFavourite = 5170;  // and the nine behind it
+inline constexpr int CommandGiveLength = 5180;
 inline constexpr int CommandSortByWells = 32782;
 inline constexpr int CommandRenumber = 0x8D2;  // rows were dragged
 
@@ -106,6 +118,20 @@ void FindCommand(CDlgProAtrrib& window);
 void AllDefectsCommand(CDlgProAtrrib& window);
 void PicturesCommand(CDlgProAtrrib& window);
 
+// Of the coding line and the strip of the pipe.
+void CodeCommand(CDlgProAtrrib& window);
+void CodeLastCommand(CDlgProAtrrib& window);
+void RunBeginsCommand(CDlgProAtrrib& window);
+void RunEndsCommand(CDlgProAtrrib& window);
+void StoreCodedCommand(CDlgProAtrrib& window);
+void FormCodedCommand(CDlgProAtrrib& window);
+void GiveLengthCommand(CDlgProAtrrib& window);
+void FavouriteCommand(CDlgProAtrrib& window, int place);  // from 0
+void StripCommand(CDlgProAtrrib& window);
+void FlagBeforeCommand(CDlgProAtrrib& window);
+void NextFlagCommand(CDlgProAtrrib& window);
+void KeysCommand(CDlgProAtrrib& window);
+
 // Of the assessment.
 void ExplainCommand(CDlgProAtrrib& window);
 
@@ -139,5 +165,7 @@ inline constexpr int MessageDraftFound = 3474;
 inline constexpr int MessageGradeTip = 3565;
 inline constexpr int MessageNoScoring = 3566;
 inline constexpr int MessageShowLevels = 3567;
+inline constexpr int MessageChoosePipe = 3906;
+inline constexpr int MessageGoToPlace = 3905;
 inline constexpr int MessageNothingToUndo = 3385;
 inline constexpr int MessageNothingToRedo = 3386;
