@@ -70,6 +70,9 @@ TEST(SectionStrip, ShowsKindsRunsAndTheInspectedStretch) {
     EXPECT_DOUBLE_EQ(strip.Length, 50.0);
     EXPECT_DOUBLE_EQ(strip.InspectedTo, 30.0);
     EXPECT_EQ(strip.Direction, PipeStrip::Flow::ToStart);
+    section.DistanceEnd = 0.0F;
+    section.DetectionLength = "28.5";
+    EXPECT_DOUBLE_EQ(MakeSectionStrip(section, {}, {}, database).InspectedTo, 28.5) << "as imported";
     ASSERT_EQ(strip.Flags.size(), 3U);
     EXPECT_EQ(strip.Flags[0].Shape, StripFlag::Form::Diamond);
     EXPECT_EQ(strip.Flags[1].Shape, StripFlag::Form::Round);

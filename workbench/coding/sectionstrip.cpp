@@ -72,6 +72,10 @@ PipeStrip MakeSectionStrip(const _TESTING_DATA& section, const CRecDataArray& re
                                                            : PipeStrip::Flow::Unknown;
     strip.InspectedFrom = Positive(static_cast<double>(section.DistanceStart));
     strip.InspectedTo = Positive(static_cast<double>(section.DistanceEnd));
+    if (strip.InspectedTo <= strip.InspectedFrom) {
+        // Imported sections end at 0 m until their properties were confirmed; what was inspected stands apart.
+        strip.InspectedTo = strip.InspectedFrom + Positive(ParseDouble(section.DetectionLength));
+    }
     strip.Length = std::max(Positive(ParseDouble(section.PipeLength)), strip.InspectedTo);
     for (const _REC_DATA& record : records) {
         if (!std::isfinite(record.DistanceStart) || !std::isfinite(record.DistanceEnd)) {
@@ -81,7 +85,11 @@ PipeStrip MakeSectionStrip(const _TESTING_DATA& section, const CRecDataArray& re
         strip.Flags.back().OpenRun = std::any_of(openRuns.begin(), openRuns.end(),
                                                  [&](const _REC_DATA& run) { return run.ID == record.ID; });
         // A length that was never entered hides no defect.
-        strip.Length = std::max(strip.Length, strip.Flags.back().To);
+        if (strip.InspectedTo <= strip.InspectedFrom) {
+        // Imported sections end at 0 m until their properties were confirmed; what was inspected stands apart.
+        strip.InspectedTo = strip.InspectedFrom + Positive(ParseDouble(section.DetectionLength));
+    }
+    strip.Length = std::max(strip.Length, strip.Flags.back().To);
     }
     std::stable_sort(strip.Flags.begin(), strip.Flags.end(),
                      [](const StripFlag& a, const StripFlag& b) { return a.From < b.From; });
