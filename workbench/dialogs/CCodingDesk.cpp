@@ -188,6 +188,7 @@ void CCodingDesk::Store() {
     }
     CRecExport& database = *m_window.Session().Database();
     const std::string video = m_window.Player().URL();
+    m_window.Player().Controls().Pause();  // it may have been set going while the line was open
     const double seconds = m_window.Player().Controls().CurrentPosition();
     if (meaning.Mark != CodingLine::Run::Ends && video.empty()) {
         ShowMessage(MessageNoVideoLoaded);
@@ -226,6 +227,7 @@ void CCodingDesk::OpenForm() {
     const CodingMeaning meaning = Understand(m_line.Typed());
     CloseLine();
     m_window.FocusAfter = &m_window.Player();
+    m_window.Player().Controls().Pause();
     const double seconds = m_window.Player().Controls().CurrentPosition();
     const auto open = meaning.Manhole ? NewManholeDefect : NewDefect;
     (void)open(*m_window.Session().Database(), section, m_window.Player().URL(), seconds, &m_window,
