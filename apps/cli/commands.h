@@ -36,6 +36,8 @@ int RunCheck(const CommandContext& context);
 int RunCode(const CommandContext& context);
 // commands_convert.cpp
 int RunConvert(const CommandContext& context);
+// commands_distance.cpp
+int RunDistance(const CommandContext& context);
 // commands_nmea.cpp
 int RunNmea(const CommandContext& context);
 // commands_project.cpp
