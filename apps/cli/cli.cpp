@@ -86,7 +86,7 @@ constexpr Command Commands[] = {
      "draw a section as a pipe with its defects", RunStrip},
     {"grab", "VIDEO SECONDS -o FILE.jpg", "write the frame that is shown at that position as a picture",
      RunGrab},
-    {"distance", "VIDEO [--region X,Y,W,H] [--json]",
+    {"distance", "VIDEO [--region X,Y,W,H] [--value SECONDS=DISTANCE ...] [--unit m|ft] [--json]",
      "read the counter of the cable out of the pictures; exit code 3 if there is none for certain",
      RunDistance},
     {"convert", "FILE... [--to DIR] [--json]",

@@ -19,7 +19,7 @@ protected:
     // False where the maker can't run.
     CounterResult Read(const std::string& style) {
         const std::string command = std::string(DROVANE_PYTHON) + " '" + DROVANE_COUNTER_VIDEOS + "' '" +
-                                    Folder.Host("").string() + "' " + style + " --seconds 45 >/dev/null";
+                                    Folder.Host("").string() + "' " + style + " --seconds 30 >/dev/null";
         EXPECT_EQ(std::system(command.c_str()), 0);
         return ReadCounter(Folder.Path(style + ".mp4"));
     }
@@ -41,39 +41,58 @@ protected:
 }  // namespace
 
 TEST_F(CounterReader, ReadsWhatItIsSureOfWithoutAMistake) {
-    for (const char* style : {"plain", "pixel"}) {
+    // Outlined and bare letters, pixels, thin and low ones, colours, zeros in front, labels, a set back
+    // counter.
+    for (const char* style : {"pixelpad", "serif", "green", "narrow", "lowrate", "feet", "reset"}) {
         const CounterResult result = Read(style);
         ASSERT_EQ(result.Outcome, CounterOutcome::Found) << style;
+        EXPECT_EQ(result.Track.Unit == CounterUnit::Feet, std::string(style) == "feet");
         const Json truth = Json::parse(Folder.ReadFile(std::string(style) + ".json"))["values"];
         int sure = 0;
         for (const CounterReading& reading : result.Track.Readings) {
             EXPECT_TRUE(!reading.Sure || IsRight(truth, reading)) << style << " at " << reading.Time;
             sure += reading.Sure ? 1 : 0;
         }
-        EXPECT_GT(sure, 100) << style;
+        EXPECT_GT(sure, 70) << style;
         for (const CounterHalt& halt : result.Track.Halts) {
             EXPECT_GE(halt.To - halt.From, HaltSeconds);
             EXPECT_TRUE(IsRight(truth, {(halt.From + halt.To) / 2, halt.Distance, true}, 0.035)) << halt.From;
         }
-        // A box around it leads to the same, one elsewhere to nothing.
-        const CounterResult boxed =
-            ReadCounter(Folder.Path(std::string(style) + ".mp4"), result.Track.Region);
-        EXPECT_EQ(boxed.Outcome, CounterOutcome::Found);
-        EXPECT_EQ(ReadCounter(Folder.Path(std::string(style) + ".mp4"), PictureBox{0, 0, 400, 80}).Outcome,
-                  CounterOutcome::None);
-        EXPECT_EQ(ReadCounter(Folder.Path(std::string(style) + ".mp4"), PictureBox{700, 0, 400, 80}).Outcome,
-                  CounterOutcome::None)
-            << "beyond the picture";
     }
+    // A box around it leads to the same, one elsewhere to nothing.
+    const std::string video = Folder.Path("serif.mp4");
+    EXPECT_EQ(ReadCounter(video, {PictureBox{530, 36, 110, 36}, {}, {}}).Outcome, CounterOutcome::Found);
+    EXPECT_EQ(ReadCounter(video, {PictureBox{0, 300, 400, 80}, {}, {}}).Outcome, CounterOutcome::None);
+    EXPECT_EQ(ReadCounter(video, {PictureBox{700, 0, 400, 80}, {}, {}}).Outcome, CounterOutcome::None)
+        << "beyond the picture";
+}
+
+TEST_F(CounterReader, LearnsFromTypedValuesWhereThePointStands) {
+    EXPECT_EQ(Read("nopoint").Outcome, CounterOutcome::None);
+    const Json truth = Json::parse(Folder.ReadFile("nopoint.json"))["values"];
+    std::vector<KnownValue> known;
+    for (const std::size_t i : {truth.size() / 3, 2 * truth.size() / 3}) {
+        known.push_back({truth[i][0].get<double>() + 0.02, truth[i][1].get<double>(), 2});
+    }
+    const CounterResult result = ReadCounter(Folder.Path("nopoint.mp4"), {{}, known, {}});
+    ASSERT_EQ(result.Outcome, CounterOutcome::Found);
+    int sure = 0;
+    for (const CounterReading& reading : result.Track.Readings) {
+        EXPECT_TRUE(!reading.Sure || IsRight(truth, reading)) << reading.Time;
+        sure += reading.Sure ? 1 : 0;
+    }
+    EXPECT_GT(sure, 70);
+    // What the picture doesn't show isn't believed.
+    known[0].Distance += 3.0;
+    EXPECT_EQ(ReadCounter(Folder.Path("nopoint.mp4"), {{}, known, {}}).Outcome, CounterOutcome::None);
 }
 
 TEST_F(CounterReader, TakesNothingElseForACounter) {
     EXPECT_EQ(Read("clockonly").Outcome, CounterOutcome::None) << "a clock, a date and a name";
-    EXPECT_EQ(Read("feet").Outcome, CounterOutcome::None) << "metres would be wrong";
     EXPECT_EQ(ReadCounter(Folder.Path("gone.mp4")).Outcome, CounterOutcome::NoFile);
     EXPECT_EQ(ReadCounter(Folder.WriteFile("text.mp4", "no video")).Outcome, CounterOutcome::NoVideo);
     int asked = 0;
-    EXPECT_EQ(ReadCounter(Folder.Path("feet.mp4"), {}, [&] { return ++asked > 3; }).Outcome,
+    EXPECT_EQ(ReadCounter(Folder.Path("clockonly.mp4"), {}, [&] { return ++asked > 3; }).Outcome,
               CounterOutcome::Stopped);
     EXPECT_EQ(asked, 4);
 }

@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
 """Makes videos of pipes with a cable counter in the picture, and the truth beside each.
 
-    make_counter_videos.py FOLDER [--seed N] [--seconds S] [STYLE...]
+    make_counter_videos.py FOLDER [--seed N] [--seconds S] [--draw N] [STYLE...]
 
-Beside "NAME.mp4" stands "NAME.json": the style, the unit, and the distance that the picture shows from each second on at
+Makes all styles, or those named, or with --draw that many whose fonts, sizes, colours, places, texts and mishaps are drawn
+(a few of them show no counter): for measuring on what nobody has tuned the reader on. Beside "NAME.mp4" stands "NAME.json": the style, the unit, and the distance that the picture shows from each second on at
 which it changes. Without a seed each style has its usual numbers; with one, fonts, places, speeds and halts are
 drawn anew. Needs ffmpeg with libass.
 """
@@ -49,12 +50,49 @@ STYLES = {
     "small": {"text": "{:.2f} m", "font": "DejaVu Sans", "size": 20},
     "lowrate": {"text": "{:.2f} m", "font": "DejaVu Sans", "size": 34, "crf": 38},
     "green": {"text": "L={:.2f}m", "font": "DejaVu Sans Mono", "size": 30, "colour": "00FF00", "place": 3},
+    # Mishaps.
+    "interlaced": {"text": "{:.2f} m", "font": "DejaVu Sans", "size": 30, "interlaced": True},
+    "title": {"text": "{:.2f}m", "font": "DejaVu Sans Mono", "size": 32, "title": 6.0, "place": 1},
+    "fade": {"text": "{:.2f} m", "font": "Noto Sans", "size": 34, "fade": True, "place": 9},
+    "reset": {"text": "{:.2f} m", "font": "DejaVu Sans", "size": 32, "reset": 0.6},
+    "strip": {"text": "{:.2f} m", "font": "DejaVu Sans", "size": 30, "box": True, "colour": "000000"},
+    "nopoint": {"text": "{:.2f}", "font": "DejaVu Sans Mono", "size": 32, "hide_point": True},
     # Nothing that counts metres.
     "none": {"text": None},
     "clockonly": {"text": None, "clock": True, "name": True},
 }
 
 PLACES = {1: (40, 536), 3: (560, 536), 7: (40, 36), 9: (540, 36)}
+
+
+# For --draw; those that aren't installed are replaced by the system.
+DRAWN_FONTS = ["Roboto", "Hack", "FreeSans", "FreeSerif", "FreeMono", "Inconsolata", "OCRA", "Open Sans", "Lato",
+               "Liberation Sans Narrow", "Liberation Mono", "Vollkorn", "URW Gothic", "C059", "Noto Sans CJK SC", "DejaVu Sans"]
+DRAWN_TEXTS = ["{:.2f} m", "{:.2f}m", "{:.1f} m", "{:06.1f}m", "{:07.2f} m", "距离：{:.2f}m", "DIST {:.2f} m", "L={:.2f}m",
+               "{:.1f} FT", "{:.1f} ft", "{:.2f}"]
+
+
+def drawn_style(rng):
+    style = {"text": rng.choice(DRAWN_TEXTS), "place": rng.choice([1, 3, 7, 9]), "outline": rng.choice([1, 2, 2, 3]),
+             "begin": rng.choice([0.0, 0.0, 3.0, 8.0, 95.0])}
+    latin = all(c in PIXELS for c in style["text"].replace("{:", "").replace("}", "").replace("f", "").replace("L", "~").replace("D", "~"))
+    if latin and rng.random() < 0.35:
+        style["pixels"] = rng.choice([3, 3, 4])
+    else:
+        style["font"] = "Noto Sans CJK SC" if "距" in style["text"] else rng.choice(DRAWN_FONTS)
+        style["size"] = rng.randrange(24, 44, 2)
+        style["bold"] = rng.choice([0, 0, 1])
+    style["colour"] = rng.choice(["FFFFFF", "FFFFFF", "FFFFFF", "00FFFF", "00FF00", "FFFF00"])
+    if rng.random() < 0.25:
+        style["box"] = True
+        if "pixels" not in style and rng.random() < 0.4:
+            style["colour"] = "000000"
+    style["crf"] = rng.choice([22, 24, 26, 30, 34])
+    style["unit"] = "ft" if "ft" in style["text"].lower() else "m" if "m" in style["text"] else ""
+    mishap = rng.choice(["", "", "", "interlaced", "title", "fade", "reset"])
+    if mishap:
+        style[mishap] = {"interlaced": True, "title": 5.0, "fade": True, "reset": 0.5}[mishap]
+    return style
 
 
 def drive(rng, seconds):
@@ -127,7 +165,7 @@ def subtitles(style, values, seconds):
     lines = []
     for i, (time, text) in enumerate(values):
         end = values[i + 1][0] if i + 1 < len(values) else seconds + 1
-        body = text
+        body = text = text.replace(".", "") if style.get("hide_point") else text
         if "pixels" in style:
             if style.get("box"):
                 size, wide = style["pixels"], 6 * style["pixels"] * len(text)
@@ -149,11 +187,17 @@ def make(folder, name, style, rng, seconds):
     parts = drive(rng, seconds)
     values, truth = [], []
     begin = style.get("begin", 0.0)
+    title, reset = style.get("title", 0.0), style.get("reset", 2.0) * seconds
     for frame in range(int(seconds * FPS)):
         time = frame / FPS
-        text = style["text"].format(begin + distance_at(parts, time)) if style["text"] else ""
+        if time < title:
+            continue
+        shown = begin + distance_at(parts, time)
+        if time >= reset:
+            shown = distance_at(parts, time) - distance_at(parts, reset)
+        text = style["text"].format(max(shown, 0.0)) if style["text"] else ""
         if style["text"] and (not values or values[-1][1] != text):
-            values.append((time, text))
+            values.append((time, text))  # with its point, whether that is shown or not
             digits = "".join(c for c in text if c.isdigit() or c == ".").strip(".")
             truth.append([round(time, 3), float(digits)])
     script = folder / (name + ".ass")
@@ -162,12 +206,19 @@ def make(folder, name, style, rng, seconds):
     wall = (f"nullsrc=s=90x72:r=5:d={seconds},geq=lum='118+34*sin(9*log(2*hypot(X-45,Y-36)+2)-7*({away}))"
             f"+16*sin(5*atan2(Y-36,X-45)+3*({away}))+random(1)*22-60*exp(-hypot(X-45,Y-36)/11)':cb=124:cr=132,"
             f"fps={FPS},scale=720:576:flags=bicubic,ass={script.name}")
+    if title:
+        wall += f",drawbox=t=fill:color=0x203040:enable='lt(t,{title})'"
+    if style.get("fade"):
+        wall += f",fade=in:d=1,fade=out:st={seconds - 1.5}:d=1"
+    if style.get("interlaced"):
+        # Two half pictures of different moments in each frame.
+        wall = wall.replace(f"fps={FPS},", f"fps={2 * FPS},") + ",tinterlace=interleave_top"
     subprocess.run(["ffmpeg", "-v", "error", "-y", "-f", "lavfi", "-i", wall, "-c:v", "libx264", "-preset", "veryfast",
                     "-crf", str(style.get("crf", 24)), "-g", "50", "-pix_fmt", "yuv420p", name + ".mp4"],
                    cwd=folder, check=True)
     script.unlink()
     (folder / (name + ".json")).write_text(json.dumps(
-        {"style": name, "unit": style.get("unit", "m"), "values": truth}, indent=0))
+        {"style": name, "unit": style.get("unit", "m"), "drawn": {k: v for k, v in style.items()}, "values": truth}, indent=0))
 
 
 def main(arguments):
@@ -176,14 +227,19 @@ def main(arguments):
     parser.add_argument("--seed", type=int)
     parser.add_argument("--seconds", type=float, default=60.0)
     parser.add_argument("styles", nargs="*")
+    parser.add_argument("--draw", type=int, default=0)
     given = parser.parse_args(arguments)
     given.folder.mkdir(parents=True, exist_ok=True)
-    for number, name in enumerate(given.styles or STYLES):
-        style = dict(STYLES[name])
+    names = [f"drawn{i + 1:02}" for i in range(given.draw)] or given.styles or list(STYLES)
+    for number, name in enumerate(names):
         rng = random.Random(number + 1 if given.seed is None else given.seed * 1000 + number)
-        if given.seed is not None and "size" in style:
-            style["size"] += rng.choice([-4, -2, 0, 2, 4])
-            style["begin"] = rng.choice([0.0, 0.0, 3.0, 8.0])
+        if given.draw:
+            style = drawn_style(rng) if number % 8 != 7 else {"text": None, "clock": True, "name": rng.random() < 0.5}
+        else:
+            style = dict(STYLES[name])
+            if given.seed is not None and "size" in style:
+                style["size"] += rng.choice([-4, -2, 0, 2, 4])
+                style["begin"] = rng.choice([0.0, 0.0, 3.0, 8.0])
         make(given.folder, name, style, rng, given.seconds)
         print(name, flush=True)
     return 0

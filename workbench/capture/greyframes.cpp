@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <optional>
 
 #include "shell/CHostFiles.h"
 #include "shell/CUnixFile.h"
@@ -19,6 +20,8 @@ extern "C" {
 namespace {
 
 constexpr std::chrono::hours Limit{6};
+constexpr double SparseStep = 0.1;  // seconds
+constexpr double Never = 1e12;
 
 // The first plane of most kinds of pixels is the brightness already.
 bool HasGreyPlane(const AVFrame& frame) {
@@ -51,29 +54,73 @@ bool FillGrey(const AVFrame& frame, GreyFrame& grey) {
     return true;
 }
 
+// An open video and its current frame.
+class CGreyVideo {
+public:
+    explicit CGreyVideo(std::string_view path)
+        // Without waiting for who may never come, as a pipe would.
+        : m_descriptor(HostFiles().HostPath(path), O_RDONLY | O_NONBLOCK | O_CLOEXEC) {
+        struct stat state {};
+        if (!m_descriptor.IsOpen() || !m_descriptor.State(state) || !S_ISREG(state.st_mode)) {
+            m_state = WalkResult::NoFile;
+            return;
+        }
+        m_file.emplace(m_descriptor.Descriptor(), std::chrono::steady_clock::now() + Limit);
+        m_frame.reset(av_frame_alloc());
+        m_state = m_file->Open() && m_frame ? WalkResult::Done : WalkResult::NoVideo;
+    }
+    WalkResult State() const { return m_state; }
+    CVideoFile& File() { return *m_file; }
+    bool Next() { return m_file->Next(*m_frame, m_grey.Time); }
+    double Time() const { return m_grey.Time; }
+    bool Fill() { return FillGrey(*m_frame, m_grey); }
+    const GreyFrame& Grey() const { return m_grey; }
+
+private:
+    CUnixFile m_descriptor;
+    std::optional<CVideoFile> m_file;
+    AvPtr<AVFrame> m_frame;
+    GreyFrame m_grey;
+    WalkResult m_state = WalkResult::Done;
+};
+
 }  // namespace
 
 WalkResult WalkFrames(std::string_view path, double every,
                       const std::function<bool(const GreyFrame&)>& take) {
-    // Without waiting for who may never come, as a pipe would.
-    const CUnixFile file(HostFiles().HostPath(path), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    struct stat state {};
-    if (!file.IsOpen() || !file.State(state) || !S_ISREG(state.st_mode)) {
-        return WalkResult::NoFile;
+    CGreyVideo video(path);
+    if (video.State() != WalkResult::Done) {
+        return video.State();
     }
-    CVideoFile video(file.Descriptor(), std::chrono::steady_clock::now() + Limit);
-    if (!video.Open()) {
-        return WalkResult::NoVideo;
+    if (every >= SparseStep) {
+        video.File().CareFrom(Never);  // frames that no other builds on are never missed at such steps
     }
-    const AvPtr<AVFrame> frame(av_frame_alloc());
-    GreyFrame grey;
     double next = -1e9;
-    while (video.Next(*frame, grey.Time)) {
-        if (grey.Time + video.FrameStep() / 2 < next) {
+    while (video.Next()) {
+        if (video.Time() + video.File().FrameStep() / 2 < next) {
             continue;
         }
-        next = std::max(next, grey.Time) < 0 ? grey.Time + every : std::max(next + every, grey.Time);
-        if (FillGrey(*frame, grey) && !take(grey)) {
+        next = std::max(next, video.Time()) < 0 ? video.Time() + every : std::max(next + every, video.Time());
+        if (video.Fill() && !take(video.Grey())) {
+            break;
+        }
+    }
+    return WalkResult::Done;
+}
+
+WalkResult SampleFrames(std::string_view path, int count, const std::function<bool(const GreyFrame&)>& take) {
+    CGreyVideo video(path);
+    if (video.State() != WalkResult::Done) {
+        return video.State();
+    }
+    const double step = video.File().Duration() / count;
+    double last = -1e9;
+    for (int i = 0; i < count && step > 0; ++i) {
+        if (!video.File().Seek((i + 0.5) * step) || !video.Next() || video.Time() <= last) {
+            continue;
+        }
+        last = video.Time();
+        if (video.Fill() && !take(video.Grey())) {
             break;
         }
     }

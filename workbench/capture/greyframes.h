@@ -27,3 +27,7 @@ enum class WalkResult {
 // One frame every `every` seconds (0: each of them), in their order, until `take` returns false. `path` is a
 // path text. The picture isn't turned as the file may say.
 WalkResult WalkFrames(std::string_view path, double every, const std::function<bool(const GreyFrame&)>& take);
+
+// About `count` frames from all over the video, cheap to come by: key frames, each at most once, in their
+// order. Some videos have few of them, or can't be entered in the middle.
+WalkResult SampleFrames(std::string_view path, int count, const std::function<bool(const GreyFrame&)>& take);

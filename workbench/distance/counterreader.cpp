@@ -2,23 +2,21 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
-#include <map>
 
-#include "workbench/distance/digitnames.h"
+#include "workbench/distance/CLineReader.h"
 
 namespace {
 
 constexpr double LookEvery = 1.0;  // seconds, for where text stands
 constexpr std::size_t MostLooked = 80;
+constexpr int Samples = 60;
+constexpr std::size_t LeastSamples = 20;
 constexpr double ReadEvery = 0.2;
-constexpr double LeastShare = 0.3;  // of the frames that show a number in a line
-constexpr double NearBest = 0.85;
+constexpr double LeastShare = 0.2;  // of the frames that show a number in a line
+constexpr double NearBest = 0.8;
+constexpr std::size_t MostInks = 5;
+constexpr double WellRead = 0.9;  // of the frames, for certain
 constexpr std::array<int, 4> InkShares{25, 35, 48, 62};
-constexpr std::size_t LearnFrom = 3000;  // frames; ten minutes
-constexpr double MostSpeed = 0.6;        // metres a second
-constexpr double Neighbourhood = 1.5;    // seconds on both sides
-constexpr double HaltDrift = 0.03;       // metres within a halt
 
 // Ever fewer of ever more: every second one goes when there are too many.
 void KeepSome(std::vector<GreyFrame>& kept, const GreyFrame& frame, std::size_t& stride, std::size_t& count) {
@@ -35,155 +33,31 @@ void KeepSome(std::vector<GreyFrame>& kept, const GreyFrame& frame, std::size_t&
     }
 }
 
-class CLineReader {
-public:
-    CLineReader(const PictureBox& line, int number, const InkRule& ink)
-        : m_line(line), m_number(number), m_ink(ink) {}
-
-    void Take(const GreyFrame& frame) {
-        if (m_failed) {
-            return;
-        }
-        SeenNumber seen{frame.Time, FindNumber(frame, m_line, m_ink)};
-        if (m_names) {
-            Read(seen);
-            return;
-        }
-        m_seen.push_back(std::move(seen));
-        if (m_seen.size() >= LearnFrom) {
-            Learn();
-        }
-    }
-    void Finish() {
-        if (!m_failed && !m_names) {
-            Learn();
-        }
-    }
-    bool IsFound() const { return m_names.has_value(); }
-    int Line() const { return m_number; }
-    std::ptrdiff_t ClearReadings() const {
-        return std::count_if(m_readings.begin(), m_readings.end(),
-                             [](const CounterReading& reading) { return reading.Sure; });
-    }
-    CounterTrack Track() && { return {m_line, m_names->Decimals, std::move(m_readings), {}}; }
-
-private:
-    void Learn() {
-        std::map<NumberGlyphs::Tail, int> tails;
-        for (const SeenNumber& seen : m_seen) {
-            if (seen.Number) {
-                ++tails[seen.Number->Behind];
-            }
-        }
-        // Behind metres stands an "m" or nothing. What else stands there may be feet: nobody could be sure.
-        const int other = tails[NumberGlyphs::Tail::Other];
-        const bool metres = other <= tails[NumberGlyphs::Tail::Low] + tails[NumberGlyphs::Tail::None];
-        m_names = metres ? NameDigits(m_seen) : std::nullopt;
-        m_failed = !m_names;
-        if (m_names) {
-            for (const SeenNumber& seen : m_seen) {
-                Read(seen);
-            }
-        }
-        m_seen.clear();
-    }
-
-    void Read(const SeenNumber& seen) {
-        const auto value = seen.Number ? ReadNumber(*seen.Number, *m_names) : std::nullopt;
-        if (value) {
-            m_readings.push_back({seen.Time, value->Value, value->Clear});
-        }
-    }
-
-    PictureBox m_line;
-    int m_number;
-    InkRule m_ink;
-    std::vector<SeenNumber> m_seen;
-    std::optional<DigitNames> m_names;
-    std::vector<CounterReading> m_readings;
-    bool m_failed = false;
-};
-
-// A reading is sure only if the clear ones around it lead to it and on from it.
-void DoubtLoners(std::vector<CounterReading>& readings, int decimals) {
-    const double step = std::pow(10.0, -decimals);
-    const std::vector<CounterReading> all = readings;
-    std::size_t from = 0;
-    for (std::size_t i = 0; i < all.size(); ++i) {
-        while (all[from].Time < all[i].Time - Neighbourhood) {
-            ++from;
-        }
-        int agree = 0;
-        int disagree = 0;
-        for (std::size_t j = from; j < all.size() && all[j].Time <= all[i].Time + Neighbourhood; ++j) {
-            if (j == i || !all[j].Sure) {
-                continue;
-            }
-            const double most = MostSpeed * std::fabs(all[j].Time - all[i].Time) + 1.5 * step;
-            (std::fabs(all[j].Distance - all[i].Distance) <= most ? agree : disagree) += 1;
-        }
-        readings[i].Sure = all[i].Sure && agree >= 3 && disagree == 0;
-    }
-}
-
-std::vector<CounterHalt> FindHalts(const std::vector<CounterReading>& readings) {
-    std::vector<CounterHalt> halts;
-    std::optional<CounterHalt> halt;
-    const auto end = [&] {
-        if (halt && halt->To - halt->From >= HaltSeconds) {
-            halts.push_back(*halt);
-        }
-        halt.reset();
-    };
-    for (const CounterReading& reading : readings) {
-        if (!reading.Sure) {
-            continue;
-        }
-        if (!halt || std::fabs(reading.Distance - halt->Distance) > HaltDrift) {
-            end();
-            halt = CounterHalt{reading.Time, reading.Time, reading.Distance};
-        }
-        halt->To = reading.Time;
-    }
-    end();
-    return halts;
-}
-
 // How text stands out is what lets numbers be seen in the most frames; what comes near is tried too, and the
 // reading tells. Lines that hardly ever show a number aren't read.
-std::vector<InkRule> ChooseInks(const std::vector<GreyFrame>& frames, const PictureBox& line) {
+std::vector<InkRule> ChooseInks(const std::vector<GreyFrame>& frames, const PictureBox& line,
+                                bool needsPoint) {
     std::vector<std::pair<double, InkRule>> rules;
     double most = LeastShare * static_cast<double>(frames.size());
-    for (const bool bright : {true, false}) {
+    for (const InkKind kind : {InkKind::Bright, InkKind::Outlined, InkKind::Dark}) {
         for (const int share : InkShares) {
-            const InkRule ink = FindInk(frames, line, bright, share);
+            const InkRule ink = FindInk(frames, line, kind, share);
             const auto numbers = std::count_if(frames.begin(), frames.end(), [&](const GreyFrame& frame) {
-                return FindNumber(frame, line, ink).has_value();
+                return FindNumber(frame, line, ink, needsPoint).has_value();
             });
             rules.emplace_back(static_cast<double>(numbers), ink);
             most = std::max(most, rules.back().first);
         }
     }
+    std::stable_sort(rules.begin(), rules.end(),
+                     [](const auto& a, const auto& b) { return a.first > b.first; });
     std::vector<InkRule> chosen;
     for (const auto& [numbers, ink] : rules) {
-        if (numbers >= NearBest * most) {
+        if (numbers >= NearBest * most && chosen.size() < MostInks) {
             chosen.push_back(ink);
         }
     }
     return chosen;
-}
-
-std::vector<CLineReader> MakeReaders(const std::vector<GreyFrame>& frames,
-                                     const std::optional<PictureBox>& region) {
-    std::vector<CLineReader> readers;
-    int number = 0;
-    for (const PictureBox& line : region ? std::vector{*region} : FindTextLines(frames)) {
-        for (const InkRule& ink : ChooseInks(frames, line)) {
-            readers.emplace_back(line, number, ink);
-        }
-        ++number;
-    }
-    return readers;
 }
 
 bool Contains(const GreyFrame& frame, const PictureBox& box) {
@@ -191,14 +65,72 @@ bool Contains(const GreyFrame& frame, const PictureBox& box) {
            box.Y + box.Height <= frame.Height;
 }
 
+std::vector<CLineReader> MakeReaders(const std::vector<GreyFrame>& frames, const CounterHints& hints) {
+    std::vector<PictureBox> lines;
+    if (!hints.Region) {
+        lines = FindTextLines(frames);
+    } else if (Contains(frames[0], *hints.Region)) {
+        lines = {WithUnit(*hints.Region, frames[0].Width, frames[0].Height)};
+    }
+    std::vector<CLineReader> readers;
+    int number = 0;
+    for (const PictureBox& line : lines) {
+        // Where the operator tells values he also tells where the point stands.
+        for (const InkRule& ink : ChooseInks(frames, line, hints.Known.empty())) {
+            readers.emplace_back(line, number, ink, hints.Known, hints.Unit);
+        }
+        ++number;
+    }
+    return readers;
+}
+
+// Once a line is read well with one ink, the others needn't be read.
+void DropRivals(std::vector<CLineReader>& readers) {
+    for (std::size_t i = 0; i < readers.size(); ++i) {
+        if (!readers[i].IsFound() || readers[i].ClearShare() < WellRead) {
+            continue;
+        }
+        const int line = readers[i].Line();
+        for (std::size_t k = readers.size(); k-- > 0;) {
+            if (k != i && readers[k].Line() == line) {
+                readers.erase(readers.begin() + static_cast<std::ptrdiff_t>(k));
+                i -= k < i ? 1 : 0;
+            }
+        }
+    }
+}
+
+// The reader of the only line that behaves as a counter.
+const CLineReader* ChooseReader(std::vector<CLineReader>& readers) {
+    const CLineReader* found = nullptr;
+    for (CLineReader& reader : readers) {
+        if (found != nullptr && found->Line() == reader.Line() && found->ClearShare() >= WellRead) {
+            continue;
+        }
+        reader.Finish();
+        if (!reader.IsFound()) {
+            continue;
+        }
+        if (found != nullptr && found->Line() != reader.Line()) {
+            return nullptr;  // which of both is the counter, nobody can tell
+        }
+        if (found == nullptr || reader.ClearShare() > found->ClearShare()) {
+            found = &reader;
+        }
+    }
+    return found;
+}
+
 }  // namespace
 
-CounterResult ReadCounter(std::string_view path, const std::optional<PictureBox>& region,
+CounterResult ReadCounter(std::string_view path, const CounterHints& hints,
                           const std::function<bool()>& isStopped) {
     CounterResult result;
-    const auto walk = [&](double every, const std::function<void(const GreyFrame&)>& take) {
+    using Take = std::function<bool(const GreyFrame&)>;
+    const auto walk = [&](const std::function<WalkResult(const Take&)>& walker,
+                          const std::function<void(const GreyFrame&)>& take) {
         bool stopped = false;
-        const WalkResult walked = WalkFrames(path, every, [&](const GreyFrame& frame) {
+        const WalkResult walked = walker([&](const GreyFrame& frame) {
             take(frame);
             stopped = isStopped();
             return !stopped;
@@ -212,44 +144,43 @@ CounterResult ReadCounter(std::string_view path, const std::optional<PictureBox>
     std::vector<GreyFrame> looked;
     std::size_t stride = 1;
     std::size_t count = 0;
-    const bool alike = walk(LookEvery, [&](const GreyFrame& frame) {
+    const auto look = [&](const GreyFrame& frame) {
         if (looked.empty() || (frame.Width == looked[0].Width && frame.Height == looked[0].Height)) {
             KeepSome(looked, frame, stride, count);
         }
-    });
-    if (!alike || looked.empty() || (region && !Contains(looked[0], *region))) {
+    };
+    bool alike = walk([&](const auto& take) { return SampleFrames(path, Samples, take); }, look);
+    if (alike && looked.size() < LeastSamples) {
+        looked.clear();
+        alike = walk([&](const auto& take) { return WalkFrames(path, LookEvery, take); }, look);
+    }
+    if (!alike || looked.empty()) {
         return result;
     }
-    std::vector<CLineReader> readers = MakeReaders(looked, region);
+    std::vector<CLineReader> readers = MakeReaders(looked, hints);
     const int width = looked[0].Width;
     const int height = looked[0].Height;
     looked.clear();
-    if (readers.empty() || !walk(ReadEvery, [&](const GreyFrame& frame) {
-            if (frame.Width == width && frame.Height == height) {
-                for (CLineReader& reader : readers) {
-                    reader.Take(frame);
-                }
-            }
-        })) {
+    const auto read = [&](const GreyFrame& frame) {
+        if (frame.Width != width || frame.Height != height) {
+            return;
+        }
+        bool learned = false;
+        for (CLineReader& reader : readers) {
+            const bool before = reader.IsFound();
+            reader.Take(frame);
+            learned = learned || reader.IsFound() != before;
+        }
+        if (learned) {
+            DropRivals(readers);
+        }
+    };
+    if (readers.empty() || !walk([&](const auto& take) { return WalkFrames(path, ReadEvery, take); }, read)) {
         return result;
     }
-    CLineReader* found = nullptr;
-    for (CLineReader& reader : readers) {
-        reader.Finish();
-        if (!reader.IsFound()) {
-            continue;
-        }
-        if (found != nullptr && found->Line() != reader.Line()) {
-            return result;  // which of both lines is the counter, nobody can tell
-        }
-        if (found == nullptr || reader.ClearReadings() > found->ClearReadings()) {
-            found = &reader;
-        }
-    }
-    if (found != nullptr) {
-        result.Track = std::move(*found).Track();
-        DoubtLoners(result.Track.Readings, result.Track.Decimals);
-        result.Track.Halts = FindHalts(result.Track.Readings);
+    if (const CLineReader* found = ChooseReader(readers)) {
+        result.Track = found->Track();
+        FinishTrack(result.Track);
         result.Outcome = CounterOutcome::Found;
     }
     return result;

@@ -1,344 +1,326 @@
 #include "workbench/distance/digitnames.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <map>
+#include <set>
+
+#include "workbench/distance/digitforms.h"
+#include "workbench/distance/valuepath.h"
 
 namespace {
 
-constexpr float Alike = 0.88F;  // to be the same shape
-// For two groups to be one. Noise splits a digit into several, haste makes one of two: the strictest that
-// gives a naming counts.
-constexpr std::array<float, 3> TheSame{0.955F, 0.93F, 0.90F};
-constexpr float Variant = 0.80F;  // for a group that follows nobody to be a worse picture of one that does
-constexpr std::size_t LeastSeen = 4;  // of a shape
-constexpr int LeastFrames = 30;
-constexpr double LeastShare = 0.5;     // of the frames show a number
-constexpr double MostSpeed = 0.6;      // metres a second
-constexpr double LeastSmooth = 0.97;   // of the steps
-constexpr double LeastRange = 1.0;     // of all values
-constexpr int LeastRingMargin = 2;     // matching rings more than the next naming
-constexpr std::size_t LeastChain = 8;  // different tenths that follow each other
-constexpr double LongestGap = 0.5;     // seconds between frames that count as neighbours
+constexpr std::size_t LeastFrames = 30;
+constexpr double LeastShare = 0.3;       // of the frames show a number
+constexpr std::size_t MostFrames = 600;  // to learn from
+constexpr int Rounds = 4;
+constexpr int LeastSeen = 3;                // times, for a digit's own shape to count
+constexpr float LeastLikely = 0.45F;        // of digits as they usually look, on the first course
+constexpr double LeastSmooth = 0.97;        // of the steps
+constexpr double LeastRange = 1.0;          // of all values, in the unit of the picture
+constexpr std::size_t LeastDifferent = 11;  // values
+constexpr float LeastLooks = 0.55F;         // of the learned digits, to be digits at all
+constexpr float LeastMargin = 0.08F;        // between this naming and the next
+constexpr float LeastReadable = 0.7F;       // of a shape, to be a digit
 constexpr float ClearLikeness = 0.86F;
 constexpr float ClearMargin = 0.035F;
+constexpr float StaticLikeness = 0.9F;
+constexpr float LetterLikeness = 0.72F;
+constexpr double SameFrame = 0.15;  // seconds between a known value and a frame that shows it
 
-struct Group {
-    Shape Form{};
-    std::size_t Count = 0;
-    std::map<int, int> Holes;
-
-    void Add(const Glyph& glyph) {
-        ++Count;
-        ++Holes[glyph.Holes];
-        const float share = 1.0F / static_cast<float>(std::min<std::size_t>(Count, 60));
-        for (std::size_t i = 0; i < Form.size(); ++i) {
-            Form[i] += (glyph.Form[i] - Form[i]) * share;
-        }
-        Normalise();
-    }
-    void Normalise() {
-        float length = 0.0F;
-        for (const float value : Form) {
-            length += value * value;
-        }
-        length = std::sqrt(std::max(length, 1e-9F));
-        for (float& value : Form) {
-            value /= length;
-        }
-    }
-    int UsualHoles() const {
-        return std::max_element(Holes.begin(), Holes.end(),
-                                [](const auto& a, const auto& b) { return a.second < b.second; })
-            ->first;
-    }
+using Forms = std::array<std::optional<Shape>, 10>;
+// How the number is usually shown.
+struct Layout {
+    int Decimals = 0;
+    bool IsPointUnseen = false;
 };
 
-int NearestGroup(const std::vector<Group>& groups, const Shape& form, float least) {
-    int nearest = -1;
-    for (std::size_t i = 0; i < groups.size(); ++i) {
-        if (const float likeness = Likeness(groups[i].Form, form); likeness >= least) {
-            least = likeness;
-            nearest = static_cast<int>(i);
-        }
-    }
-    return nearest;
-}
-
-std::vector<Group> MakeGroups(const std::vector<SeenNumber>& seen, int decimals, float same) {
-    std::vector<Group> groups;
-    const auto each = [&](const auto& take) {
-        for (const SeenNumber& frame : seen) {
-            if (frame.Number && frame.Number->Decimals == decimals) {
-                for (const Glyph& glyph : frame.Number->Digits) {
-                    take(glyph);
-                }
-            }
-        }
-    };
-    each([&](const Glyph& glyph) {
-        int group = NearestGroup(groups, glyph.Form, Alike);
-        if (group < 0 && groups.size() < 60) {
-            group = static_cast<int>(groups.size());
-            groups.emplace_back();
-        }
-        if (group >= 0) {
-            groups[static_cast<std::size_t>(group)].Add(glyph);
-        }
-    });
-    for (std::size_t i = 0; i < groups.size(); ++i) {
-        for (std::size_t j = groups.size(); j-- > i + 1;) {
-            if (Likeness(groups[i].Form, groups[j].Form) >= same) {
-                for (std::size_t k = 0; k < groups[i].Form.size(); ++k) {
-                    groups[i].Form[k] = groups[i].Form[k] * static_cast<float>(groups[i].Count) +
-                                        groups[j].Form[k] * static_cast<float>(groups[j].Count);
-                }
-                groups[i].Count += groups[j].Count;
-                for (const auto& [holes, count] : groups[j].Holes) {
-                    groups[i].Holes[holes] += count;
-                }
-                groups[i].Normalise();
-                groups.erase(groups.begin() + static_cast<std::ptrdiff_t>(j));
-            }
-        }
-    }
-    // What is left over counts for the nearest of those that are seen often.
-    std::erase_if(groups, [](const Group& group) { return group.Count < LeastSeen; });
-    return groups;
-}
-
-int UsualDecimals(const std::vector<SeenNumber>& seen) {
-    std::map<int, int> counts;
+Layout UsualLayout(const std::vector<SeenNumber>& seen, const std::vector<KnownValue>& known) {
+    std::map<int, std::size_t> counts;
     for (const SeenNumber& frame : seen) {
         if (frame.Number) {
             ++counts[frame.Number->Decimals];
         }
     }
+    if (!known.empty()) {
+        return {known[0].Decimals, counts[known[0].Decimals] < counts[0]};
+    }
+    counts.erase(0);
     const auto most = std::max_element(counts.begin(), counts.end(),
                                        [](const auto& a, const auto& b) { return a.second < b.second; });
-    const bool enough = most != counts.end() && most->second >= LeastFrames &&
-                        most->second >= LeastShare * static_cast<double>(seen.size());
-    return enough ? most->first : 0;
+    return {most == counts.end() ? 0 : most->first, false};
 }
 
-struct Row {
+bool Fits(const NumberGlyphs& number, const Layout& layout) {
+    return number.Decimals == (layout.IsPointUnseen ? 0 : layout.Decimals) &&
+           static_cast<int>(number.Digits.size()) > layout.Decimals;
+}
+
+// How many places from the right are digits: letters that stand close before them never change, and look like
+// none.
+std::size_t PlacesOfDigits(const std::vector<SeenNumber>& seen, const Layout& layout) {
+    for (auto place = static_cast<std::size_t>(layout.Decimals) + 1;; ++place) {
+        Shape mean{};
+        std::vector<const Shape*> forms;
+        for (const SeenNumber& frame : seen) {
+            if (frame.Number && Fits(*frame.Number, layout) && frame.Number->Digits.size() > place) {
+                forms.push_back(&(frame.Number->Digits.end() - 1 - static_cast<std::ptrdiff_t>(place))->Form);
+                for (std::size_t i = 0; i < mean.size(); ++i) {
+                    mean[i] += (*forms.back())[i];
+                }
+            }
+        }
+        if (forms.size() < LeastFrames) {
+            return forms.empty() ? place : place + 1;
+        }
+        Normalise(mean);
+        const auto same =
+            static_cast<std::size_t>(std::count_if(forms.begin(), forms.end(), [&](const Shape* form) {
+                return Likeness(*form, mean) >= StaticLikeness;
+            }));
+        float digit = -1.0F;
+        for (int i = 0; i < 10; ++i) {
+            digit = std::max(digit, UsualLikeness(mean, i));
+        }
+        if (20 * same >= 19 * forms.size() && digit < LetterLikeness) {
+            return place;
+        }
+    }
+}
+
+NumberGlyphs Trimmed(NumberGlyphs number, std::size_t places) {
+    if (number.Digits.size() > places) {
+        number.Digits.erase(number.Digits.begin(), number.Digits.end() - static_cast<std::ptrdiff_t>(places));
+    }
+    return number;
+}
+
+struct Sample {
     double Time;
-    std::vector<int> Groups;
+    NumberGlyphs Number;
+    std::optional<int> Known;
 };
 
-std::vector<Row> GroupRows(const std::vector<SeenNumber>& seen, const std::vector<Group>& groups,
-                           int decimals) {
-    std::vector<Row> rows;
+std::vector<Sample> ChooseSamples(const std::vector<SeenNumber>& seen, const std::vector<KnownValue>& known,
+                                  const Layout& layout, std::size_t places) {
+    std::vector<Sample> samples;
     for (const SeenNumber& frame : seen) {
-        if (!frame.Number || frame.Number->Decimals != decimals) {
+        if (!frame.Number || !Fits(*frame.Number, layout)) {
             continue;
         }
-        Row row{frame.Time, {}};
-        for (const Glyph& glyph : frame.Number->Digits) {
-            row.Groups.push_back(NearestGroup(groups, glyph.Form, 0.75F));
-        }
-        rows.push_back(std::move(row));
-    }
-    return rows;
-}
-
-// The shapes of the tenths in the order in which they follow each other; closed if the last leads to the
-// first.
-std::vector<int> FollowTenths(const std::vector<Row>& rows, std::size_t groups, int decimals) {
-    std::vector<std::vector<int>> after(groups, std::vector<int>(groups, 0));
-    std::vector<int> seen(groups, 0);
-    const auto tenth = [&](const Row& row) {
-        return row.Groups[row.Groups.size() - static_cast<std::size_t>(decimals)];
-    };
-    for (std::size_t i = 1; i < rows.size(); ++i) {
-        const int a = tenth(rows[i - 1]);
-        const int b = tenth(rows[i]);
-        if (a >= 0 && b >= 0) {
-            ++seen[static_cast<std::size_t>(b)];
-            if (a != b && rows[i].Time - rows[i - 1].Time <= LongestGap) {
-                ++after[static_cast<std::size_t>(a)][static_cast<std::size_t>(b)];
+        Sample sample{frame.Time, Trimmed(*frame.Number, places), {}};
+        for (const KnownValue& value : known) {
+            if (std::fabs(value.Time - frame.Time) <= SameFrame) {
+                sample.Known =
+                    static_cast<int>(std::lround(value.Distance * std::pow(10.0, layout.Decimals)));
             }
         }
+        samples.push_back(std::move(sample));
     }
-    const auto next = [&](int group, bool forward) {
-        int best = -1;
-        int most = 0;
-        for (std::size_t other = 0; other < groups; ++other) {
-            const int there = after[static_cast<std::size_t>(group)][other];
-            const int back = after[other][static_cast<std::size_t>(group)];
-            if (const int count = forward ? there - back / 2 : back - there / 2; count > most) {
-                most = count;
-                best = static_cast<int>(other);
-            }
+    const std::size_t stride = (samples.size() + MostFrames - 1) / MostFrames;
+    std::vector<Sample> chosen;
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        if (stride <= 1 || i % stride == 0 || samples[i].Known) {
+            chosen.push_back(std::move(samples[i]));
         }
-        return best;
-    };
-    std::vector<int> chain{static_cast<int>(std::max_element(seen.begin(), seen.end()) - seen.begin())};
-    for (int group = next(chain[0], true);
-         group >= 0 && std::find(chain.begin(), chain.end(), group) == chain.end();
-         group = next(group, true)) {
-        chain.push_back(group);
     }
-    for (int group = next(chain[0], false);
-         group >= 0 && std::find(chain.begin(), chain.end(), group) == chain.end();
-         group = next(group, false)) {
-        chain.insert(chain.begin(), group);
-    }
-    return chain;
+    return chosen;
 }
 
-bool RingsFit(int digit, int holes) {
-    switch (digit) {
-        case 0:
-            return holes == 1 || holes == 2;  // some are crossed
-        case 4:
-            return holes <= 1;
-        case 6:
-        case 9:
-            return holes == 1;
-        case 8:
-            return holes == 2;
-        default:
-            return holes == 0;
+std::vector<int> Course(const std::vector<Sample>& samples, const Forms* forms, int decimals) {
+    std::vector<DigitsSeen> frames;
+    for (const Sample& sample : samples) {
+        DigitsSeen frame{sample.Time, {}, sample.Known};
+        for (const Glyph& glyph : sample.Number.Digits) {
+            std::array<float, 10> likeness{};
+            for (int digit = 0; digit < 10; ++digit) {
+                const auto at = static_cast<std::size_t>(digit);
+                likeness[at] = forms != nullptr && (*forms)[at] ? Likeness(glyph.Form, *(*forms)[at])
+                               : forms != nullptr               ? UsualLikeness(glyph.Form, digit) * 0.9F
+                                                                : UsualLikeness(glyph.Form, digit);
+            }
+            frame.Likeness.push_back(likeness);
+        }
+        frames.push_back(std::move(frame));
     }
+    return MostLikelyPath(frames, decimals);
 }
 
-struct Naming {
-    std::vector<int> DigitOf;  // by group; -1 for none
-    double Smooth = 0.0;
-    double Range = 0.0;
-    int Rings = 0;
+// The digit that a place has in a value.
+int DigitAt(int value, std::size_t places, std::size_t place) {
+    for (std::size_t i = place + 1; i < places; ++i) {
+        value /= 10;
+    }
+    return value % 10;
+}
+
+struct Learned {
+    Forms Shapes;
+    std::array<int, 10> Counts{};
 };
 
-void Measure(Naming& naming, const std::vector<Row>& rows, int decimals) {
-    const double step = std::pow(10.0, -decimals);
+Learned LearnFrom(const std::vector<Sample>& samples, const std::vector<int>& values) {
+    Learned learned;
+    std::array<Shape, 10> sums{};
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        const std::vector<Glyph>& digits = samples[i].Number.Digits;
+        for (std::size_t place = 0; place < digits.size(); ++place) {
+            const auto digit = static_cast<std::size_t>(DigitAt(values[i], digits.size(), place));
+            ++learned.Counts[digit];
+            for (std::size_t k = 0; k < sums[digit].size(); ++k) {
+                sums[digit][k] += digits[place].Form[k];
+            }
+        }
+    }
+    for (std::size_t digit = 0; digit < 10; ++digit) {
+        if (learned.Counts[digit] >= LeastSeen) {
+            Normalise(sums[digit]);
+            learned.Shapes[digit] = sums[digit];
+        }
+    }
+    return learned;
+}
+
+double Range(const std::vector<int>& values, int decimals) {
+    const auto [least, most] = std::minmax_element(values.begin(), values.end());
+    return (*most - *least) * std::pow(10.0, -decimals);
+}
+
+// A clock that is read as a number now and then has a wide range too, but few values.
+bool Travels(const std::vector<int>& values, int decimals) {
+    const std::set<int> different(values.begin(), values.end());
+    return Range(values, decimals) >= LeastRange && different.size() >= LeastDifferent;
+}
+
+// Reads by the shapes alone. The share of steps that a camera could make; 0 if too little can be read.
+double Smoothness(const std::vector<Sample>& samples, const DigitNames& names) {
+    const double step = std::pow(10.0, -names.Decimals);
     double last = 0.0;
     double lastTime = 0.0;
-    double least = 1e300;
-    double most = -1e300;
-    int read = 0;
-    int steps = 0;
-    int smooth = 0;
-    for (const Row& row : rows) {
-        double value = 0.0;
-        bool whole = true;
-        for (const int group : row.Groups) {
-            const int digit = group < 0 ? -1 : naming.DigitOf[static_cast<std::size_t>(group)];
-            whole = whole && digit >= 0;
-            value = value * 10.0 + std::max(digit, 0);
-        }
-        if (!whole) {
+    std::size_t read = 0;
+    std::size_t smooth = 0;
+    for (const Sample& sample : samples) {
+        const auto value = ReadNumber(sample.Number, names);
+        if (!value) {
             continue;
         }
-        value *= step;
-        if (read++ > 0) {
-            ++steps;
-            smooth += std::fabs(value - last) <= MostSpeed * (row.Time - lastTime) + 1.5 * step ? 1 : 0;
+        if (read > 0 &&
+            std::fabs(value->Value - last) <= MostCameraSpeed * (sample.Time - lastTime) + 1.5 * step) {
+            ++smooth;
         }
-        last = value;
-        lastTime = row.Time;
-        least = std::min(least, value);
-        most = std::max(most, value);
+        ++read;
+        last = value->Value;
+        lastTime = sample.Time;
     }
-    const bool enough = read >= LeastFrames && read >= LeastShare * static_cast<double>(rows.size());
-    naming.Smooth = enough && steps > 0 ? static_cast<double>(smooth) / steps : 0.0;
-    naming.Range = enough ? most - least : 0.0;
+    return read >= LeastFrames && 2 * read >= samples.size()
+               ? static_cast<double>(smooth) / static_cast<double>(read - 1)
+               : 0.0;
 }
 
-// Groups that aren't in the chain are worse pictures of those that are, or no digits at all.
-void NameVariants(Naming& naming, const std::vector<Group>& groups, const std::vector<int>& chain) {
-    for (std::size_t i = 0; i < groups.size(); ++i) {
-        float most = Variant;
-        for (const int other : chain) {
-            const auto group = static_cast<std::size_t>(other);
-            if (const float likeness = Likeness(groups[i].Form, groups[group].Form);
-                group != i && likeness > most &&
-                std::find(chain.begin(), chain.end(), static_cast<int>(i)) == chain.end()) {
-                most = likeness;
-                naming.DigitOf[i] = naming.DigitOf[group];
-            }
+// How much the learned shapes look like the digits that they would be.
+float Looks(const Forms& forms, int first, int direction) {
+    float sum = 0.0F;
+    int count = 0;
+    for (int digit = 0; digit < 10; ++digit) {
+        if (const auto& form = forms[static_cast<std::size_t>(digit)]) {
+            sum += UsualLikeness(*form, ((first + direction * digit) % 10 + 10) % 10);
+            ++count;
         }
     }
+    return count == 0 ? 0.0F : sum / static_cast<float>(count);
 }
 
-std::optional<DigitNames> NameGroups(const std::vector<SeenNumber>& seen, int decimals, float same) {
-    const std::vector<Group> groups = MakeGroups(seen, decimals, same);
-    if (groups.size() < LeastChain) {
-        return std::nullopt;
-    }
-    const std::vector<Row> rows = GroupRows(seen, groups, decimals);
-    const std::vector<int> chain = FollowTenths(rows, groups.size(), decimals);
-    if (chain.size() < LeastChain || chain.size() > 10) {
-        return std::nullopt;
-    }
-    std::vector<Naming> namings;
+bool LookLikeDigits(const Forms& forms) {
+    const float own = Looks(forms, 0, 1);
+    float next = -1.0F;
     for (int first = 0; first < 10; ++first) {
         for (const int direction : {1, -1}) {
-            Naming naming;
-            naming.DigitOf.assign(groups.size(), -1);
-            for (std::size_t i = 0; i < chain.size(); ++i) {
-                const int digit = ((first + direction * static_cast<int>(i)) % 10 + 10) % 10;
-                const auto group = static_cast<std::size_t>(chain[i]);
-                naming.DigitOf[group] = digit;
-                naming.Rings += RingsFit(digit, groups[group].UsualHoles()) ? 1 : 0;
-            }
-            NameVariants(naming, groups, chain);
-            Measure(naming, rows, decimals);
-            if (naming.Smooth >= LeastSmooth && naming.Range >= LeastRange) {
-                namings.push_back(std::move(naming));
+            if (first != 0 || direction != 1) {
+                next = std::max(next, Looks(forms, first, direction));
             }
         }
     }
-    std::sort(namings.begin(), namings.end(),
-              [](const Naming& a, const Naming& b) { return a.Rings > b.Rings; });
-    if (namings.empty() || namings[0].Rings + 2 < static_cast<int>(chain.size()) ||
-        (namings.size() > 1 && namings[0].Rings - namings[1].Rings < LeastRingMargin)) {
-        return std::nullopt;
-    }
-    DigitNames names;
-    names.Decimals = decimals;
-    for (std::size_t i = 0; i < groups.size(); ++i) {
-        if (namings[0].DigitOf[i] >= 0) {
-            names.Shapes.push_back({groups[i].Form, namings[0].DigitOf[i]});
-        }
-    }
-    return names;
+    return own >= LeastLooks && own - next >= LeastMargin;
+}
+
+// All known values must be what is read there.
+bool Agree(const std::vector<Sample>& samples, const DigitNames& names,
+           const std::vector<KnownValue>& known) {
+    const double step = std::pow(10.0, -names.Decimals);
+    return std::all_of(known.begin(), known.end(), [&](const KnownValue& value) {
+        return std::any_of(samples.begin(), samples.end(), [&](const Sample& sample) {
+            const auto read = std::fabs(sample.Time - value.Time) <= SameFrame
+                                  ? ReadNumber(sample.Number, names)
+                                  : std::nullopt;
+            return read && std::fabs(read->Value - value.Distance) < MostCameraSpeed * SameFrame + 1.5 * step;
+        });
+    });
 }
 
 }  // namespace
 
-std::optional<DigitNames> NameDigits(const std::vector<SeenNumber>& seen) {
-    const int decimals = UsualDecimals(seen);
-    for (const float same : TheSame) {
-        if (auto names = decimals == 0 ? std::nullopt : NameGroups(seen, decimals, same)) {
-            return names;
-        }
+std::optional<DigitNames> LearnDigits(const std::vector<SeenNumber>& seen,
+                                      const std::vector<KnownValue>& known) {
+    const Layout layout = UsualLayout(seen, known);
+    const int decimals = layout.Decimals;
+    if (decimals == 0) {
+        return std::nullopt;
     }
-    return std::nullopt;
+    const std::size_t places = PlacesOfDigits(seen, layout);
+    const std::vector<Sample> samples = ChooseSamples(seen, known, layout, places);
+    if (samples.size() < LeastFrames ||
+        static_cast<double>(samples.size()) <
+            LeastShare * static_cast<double>(std::min(seen.size(), MostFrames))) {
+        return std::nullopt;
+    }
+    std::vector<int> values = Course(samples, nullptr, decimals);
+    Learned learned;
+    for (int round = 0; round < Rounds; ++round) {
+        if (known.empty() && !Travels(values, decimals)) {
+            return std::nullopt;
+        }
+        learned = LearnFrom(samples, values);
+        if (known.empty() && Looks(learned.Shapes, 0, 1) < LeastLikely) {
+            return std::nullopt;
+        }
+        std::vector<int> next = Course(samples, &learned.Shapes, decimals);
+        if (next == values) {
+            break;
+        }
+        values = std::move(next);
+    }
+    DigitNames names{LearnFrom(samples, values).Shapes, decimals, places, layout.IsPointUnseen};
+    if (Smoothness(samples, names) < LeastSmooth) {
+        return std::nullopt;
+    }
+    const bool settled = known.size() >= 2 ? Agree(samples, names, known)
+                                           : Travels(values, decimals) && LookLikeDigits(names.Forms) &&
+                                                 Agree(samples, names, known);
+    return settled ? std::optional(names) : std::nullopt;
 }
 
 std::optional<ReadValue> ReadNumber(const NumberGlyphs& number, const DigitNames& names) {
-    if (number.Decimals != names.Decimals) {
+    if (!Fits(number, {names.Decimals, names.IsPointUnseen})) {
         return std::nullopt;
     }
     ReadValue read;
     read.Clear = true;
-    for (const Glyph& glyph : number.Digits) {
+    for (const Glyph& glyph : Trimmed(number, names.Places).Digits) {
         float best = -1.0F;
         float second = -1.0F;
         int digit = -1;
-        for (const NamedShape& shape : names.Shapes) {
-            const float likeness = Likeness(shape.Form, glyph.Form);
+        for (int other = 0; other < 10; ++other) {
+            const auto& form = names.Forms[static_cast<std::size_t>(other)];
+            const float likeness = form ? Likeness(*form, glyph.Form) : -1.0F;
             if (likeness > best) {
-                second = shape.Digit == digit ? second : best;
+                second = best;
                 best = likeness;
-                digit = shape.Digit;
-            } else if (shape.Digit != digit) {
+                digit = other;
+            } else {
                 second = std::max(second, likeness);
             }
         }
-        if (best < 0.7F) {
+        if (best < LeastReadable) {
             return std::nullopt;
         }
         read.Clear = read.Clear && best >= ClearLikeness && best - second >= ClearMargin;

@@ -1,6 +1,7 @@
 // Which shapes of a counter are which digits, learned from the video itself.
 #pragma once
 
+#include <array>
 #include <optional>
 #include <vector>
 
@@ -11,20 +12,26 @@ struct SeenNumber {
     std::optional<NumberGlyphs> Number;
 };
 
-struct NamedShape {
-    Shape Form{};
-    int Digit = 0;
+// What someone has read off a frame.
+struct KnownValue {
+    double Time = 0.0;      // seconds
+    double Distance = 0.0;  // as the picture shows it
+    int Decimals = 0;       // as typed
 };
 
 struct DigitNames {
-    std::vector<NamedShape> Shapes;
+    std::array<std::optional<Shape>, 10> Forms;  // of the digits that were seen often enough
     int Decimals = 0;
+    std::size_t Places = 0;      // from the right; what stands before is a label
+    bool IsPointUnseen = false;  // someone has told where it stands
 };
 
-// Nothing unless one naming fits far better than every other: in its order, in the carry from the tenths to
-// the metres, and in the rings that digits have, which alone tell it from its mirror (9 - d counts as
-// smoothly, backwards).
-std::optional<DigitNames> NameDigits(const std::vector<SeenNumber>& seen);
+// Starts from how digits usually look, takes the most likely course, learns from it how they look here, and
+// so on. Nothing unless what is read by the learned shapes alone moves as a camera does, and no other naming
+// (its mirror 9 - d counts as smoothly, backwards) looks nearly as much like digits. Known values settle
+// both.
+std::optional<DigitNames> LearnDigits(const std::vector<SeenNumber>& seen,
+                                      const std::vector<KnownValue>& known);
 
 // The value, and whether all its shapes are beyond doubt. Nothing if one is none of the digits.
 struct ReadValue {

@@ -7,43 +7,86 @@ namespace {
 
 constexpr double PointHeight = 0.36;  // of a digit's, at most
 constexpr double PointWidth = 0.45;
-constexpr double MostGap = 0.5;  // between digits of one number, of their height
+constexpr double MostGap = 0.6;  // between digits of one number, of their height
 constexpr double LowLetter = 0.88;
 constexpr int LeastDigit = 7;  // pixels
 constexpr int MostDigits = 7;
 
 struct Part {
     int Left, Top, Right, Bottom;  // inside
+    std::vector<int> Labels;
     int Height() const { return Bottom - Top + 1; }
     int Width() const { return Right - Left + 1; }
 };
+
+// The brightness within a line, or how much it is over the darkest close by.
+std::vector<std::uint8_t> LineValues(const GreyFrame& frame, const PictureBox& line, InkKind kind) {
+    const auto width = static_cast<std::size_t>(line.Width);
+    const auto height = static_cast<std::size_t>(line.Height);
+    std::vector<std::uint8_t> values(width * height);
+    for (std::size_t y = 0; y < height; ++y) {
+        const auto from = static_cast<std::size_t>(line.Y) + y;
+        std::copy_n(
+            frame.Pixels.begin() + static_cast<std::ptrdiff_t>(from * static_cast<std::size_t>(frame.Width) +
+                                                               static_cast<std::size_t>(line.X)),
+            width, values.begin() + static_cast<std::ptrdiff_t>(y * width));
+    }
+    if (kind != InkKind::Outlined) {
+        return values;
+    }
+    const std::size_t reach = std::max<std::size_t>(3, height / 8);
+    std::vector<std::uint8_t> rows(values.size());
+    for (std::size_t y = 0; y < height; ++y) {
+        for (std::size_t x = 0; x < width; ++x) {
+            const auto row = values.begin() + static_cast<std::ptrdiff_t>(y * width);
+            rows[y * width + x] =
+                *std::min_element(row + static_cast<std::ptrdiff_t>(x - std::min(x, reach)),
+                                  row + static_cast<std::ptrdiff_t>(std::min(x + reach + 1, width)));
+        }
+    }
+    for (std::size_t y = 0; y < height; ++y) {
+        for (std::size_t x = 0; x < width; ++x) {
+            std::uint8_t least = 255;
+            for (std::size_t k = y - std::min(y, reach); k < std::min(y + reach + 1, height); ++k) {
+                least = std::min(least, rows[k * width + x]);
+            }
+            values[y * width + x] = static_cast<std::uint8_t>(values[y * width + x] - least);
+        }
+    }
+    return values;
+}
 
 class CInk {
 public:
     CInk(const GreyFrame& frame, const PictureBox& line, const InkRule& rule)
         : m_width(line.Width),
           m_height(line.Height),
-          m_bits(static_cast<std::size_t>(line.Width) * static_cast<std::size_t>(line.Height)) {
+          m_ink(static_cast<std::size_t>(line.Width) * static_cast<std::size_t>(line.Height)),
+          m_labels(m_ink.size(), -1) {
+        // Grey edges count by half: only so do digits keep their shapes in front of whatever passes by.
+        const float range = 2.0F * static_cast<float>(std::max(std::abs(rule.Text - rule.Level), 8));
+        const std::vector<std::uint8_t> values = LineValues(frame, line, rule.Kind);
         for (int y = 0; y < m_height; ++y) {
             for (int x = 0; x < m_width; ++x) {
-                m_bits[Index(x, y)] = (frame.At(line.X + x, line.Y + y) > rule.Level) == rule.Bright ? 1 : 0;
+                const int over = (values[Index(x, y)] - rule.Level) * (rule.Kind == InkKind::Dark ? -1 : 1);
+                m_ink[Index(x, y)] = std::clamp(0.5F + static_cast<float>(over) / range, 0.0F, 1.0F);
             }
         }
     }
-    bool At(int x, int y) const { return m_bits[Index(x, y)] != 0; }
+    bool At(int x, int y) const { return m_ink[Index(x, y)] > 0.5F; }
 
-    // Connected parts, from left to right.
-    std::vector<Part> Parts() const {
+    // Connected parts, from left to right. Labels them.
+    std::vector<Part> Parts() {
         std::vector<Part> parts;
-        std::vector<char> seen(m_bits.size(), 0);
         std::vector<std::pair<int, int>> open;
         for (int x = 0; x < m_width; ++x) {
             for (int y = 0; y < m_height; ++y) {
-                if (!At(x, y) || seen[Index(x, y)] != 0) {
+                if (!At(x, y) || m_labels[Index(x, y)] >= 0) {
                     continue;
                 }
-                Part part{x, y, x, y};
-                seen[Index(x, y)] = 1;
+                const int label = static_cast<int>(parts.size());
+                Part part{x, y, x, y, {label}};
+                m_labels[Index(x, y)] = label;
                 open.assign(1, {x, y});
                 while (!open.empty()) {
                     const auto [px, py] = open.back();
@@ -54,93 +97,207 @@ public:
                     part.Bottom = std::max(part.Bottom, py);
                     for (int ny = std::max(py - 1, 0); ny <= std::min(py + 1, m_height - 1); ++ny) {
                         for (int nx = std::max(px - 1, 0); nx <= std::min(px + 1, m_width - 1); ++nx) {
-                            if (At(nx, ny) && seen[Index(nx, ny)] == 0) {
-                                seen[Index(nx, ny)] = 1;
+                            if (At(nx, ny) && m_labels[Index(nx, ny)] < 0) {
+                                m_labels[Index(nx, ny)] = label;
                                 open.emplace_back(nx, ny);
                             }
                         }
                     }
                 }
-                parts.push_back(part);
+                parts.push_back(std::move(part));
             }
         }
         return parts;
     }
 
-    int Holes(const Part& part) const {
-        // Empty areas that don't reach the border of the part.
-        std::vector<char> seen(m_bits.size(), 0);
-        std::vector<std::pair<int, int>> open;
-        int holes = 0;
-        for (int y = part.Top; y <= part.Bottom; ++y) {
-            for (int x = part.Left; x <= part.Right; ++x) {
-                if (At(x, y) || seen[Index(x, y)] != 0) {
-                    continue;
-                }
-                bool closed = true;
-                int area = 0;
-                seen[Index(x, y)] = 1;
-                open.assign(1, {x, y});
-                while (!open.empty()) {
-                    const auto [px, py] = open.back();
-                    open.pop_back();
-                    ++area;
-                    constexpr std::array<std::pair<int, int>, 4> Sides{{{1, 0}, {-1, 0}, {0, 1}, {0, -1}}};
-                    for (const auto& [dx, dy] : Sides) {
-                        const int nx = px + dx;
-                        const int ny = py + dy;
-                        if (nx < part.Left || nx > part.Right || ny < part.Top || ny > part.Bottom) {
-                            closed = false;
-                        } else if (!At(nx, ny) && seen[Index(nx, ny)] == 0) {
-                            seen[Index(nx, ny)] = 1;
-                            open.emplace_back(nx, ny);
-                        }
-                    }
-                }
-                holes += closed && area >= 2 ? 1 : 0;
+    // Of one height, so that a "1" stays narrow.
+    Shape ShapeOf(const Part& part) const {
+        Shape shape{};
+        const float scale = static_cast<float>(part.Height()) / ShapeHeight;
+        const float middle = static_cast<float>(part.Left + part.Right) / 2.0F;
+        for (int y = 0; y < ShapeHeight; ++y) {
+            for (int x = 0; x < ShapeWidth; ++x) {
+                const float px = middle + (static_cast<float>(x) - (ShapeWidth - 1) / 2.0F) * scale;
+                const float py = static_cast<float>(part.Top) - 0.5F + (static_cast<float>(y) + 0.5F) * scale;
+                shape[static_cast<std::size_t>(y * ShapeWidth + x)] = Sample(part, px, py);
             }
         }
-        return holes;
+        Normalise(shape);
+        return shape;
     }
 
 private:
     std::size_t Index(int x, int y) const {
         return static_cast<std::size_t>(y) * static_cast<std::size_t>(m_width) + static_cast<std::size_t>(x);
     }
+    // Of the part and its soft edge; what else is bright there is the wall.
+    float InkOf(const Part& part, int x, int y) const {
+        if (x < 0 || y < 0 || x >= m_width || y >= m_height || x < part.Left - 1 || x > part.Right + 1 ||
+            y < part.Top - 1 || y > part.Bottom + 1) {
+            return 0.0F;
+        }
+        const int label = m_labels[Index(x, y)];
+        return label < 0 || std::find(part.Labels.begin(), part.Labels.end(), label) != part.Labels.end()
+                   ? m_ink[Index(x, y)]
+                   : 0.0F;
+    }
+    float Sample(const Part& part, float x, float y) const {
+        const float left = std::floor(x);
+        const float top = std::floor(y);
+        const int ix = static_cast<int>(left);
+        const int iy = static_cast<int>(top);
+        const float fx = x - left;
+        const float fy = y - top;
+        return (InkOf(part, ix, iy) * (1 - fx) + InkOf(part, ix + 1, iy) * fx) * (1 - fy) +
+               (InkOf(part, ix, iy + 1) * (1 - fx) + InkOf(part, ix + 1, iy + 1) * fx) * fy;
+    }
 
     int m_width;
     int m_height;
-    std::vector<char> m_bits;
+    std::vector<float> m_ink;
+    std::vector<int> m_labels;
 };
 
-// Of one height, so that a "1" stays narrow.
-Shape ShapeOf(const GreyFrame& frame, const PictureBox& line, const Part& part, int height) {
-    Shape shape{};
-    const double scale = static_cast<double>(height) / ShapeHeight;
-    const double middle = (part.Left + part.Right) / 2.0;
-    for (int y = 0; y < ShapeHeight; ++y) {
-        for (int x = 0; x < ShapeWidth; ++x) {
-            const double px = middle + (x - (ShapeWidth - 1) / 2.0) * scale;
-            const double py = part.Bottom - (ShapeHeight - 0.5 - y) * scale + 0.5;
-            const int ix = std::clamp(line.X + static_cast<int>(std::floor(px)), 0, frame.Width - 2);
-            const int iy = std::clamp(line.Y + static_cast<int>(std::floor(py)), 0, frame.Height - 2);
-            const double fx = std::clamp(px - std::floor(px), 0.0, 1.0);
-            const double fy = std::clamp(py - std::floor(py), 0.0, 1.0);
-            const double upper = frame.At(ix, iy) * (1 - fx) + frame.At(ix + 1, iy) * fx;
-            const double lower = frame.At(ix, iy + 1) * (1 - fx) + frame.At(ix + 1, iy + 1) * fx;
-            // Beyond the digit's own width there is only what moves behind it.
-            const bool inside = px >= part.Left - 1.5 && px <= part.Right + 1.5;
-            shape[static_cast<std::size_t>(y * ShapeWidth + x)] =
-                inside ? static_cast<float>(upper * (1 - fy) + lower * fy) : -1.0F;
+// The height of digits: that of the most parts that are high enough. 0 if there aren't two.
+int DigitHeight(const std::vector<Part>& parts, int lineHeight) {
+    std::vector<int> heights;
+    for (const Part& part : parts) {
+        if (part.Height() >= LeastDigit && part.Height() < lineHeight && part.Width() <= part.Height()) {
+            heights.push_back(part.Height());
         }
     }
-    float dark = 255.0F;
-    for (const float value : shape) {
-        dark = value >= 0.0F ? std::min(dark, value) : dark;
+    int height = 0;
+    std::ptrdiff_t most = 1;
+    for (const int candidate : heights) {
+        const auto alike = std::count_if(heights.begin(), heights.end(),
+                                         [&](int other) { return std::abs(other - candidate) <= 1; });
+        if (alike > most || (alike == most && most > 1 && candidate > height)) {
+            most = alike;
+            height = candidate;
+        }
     }
+    return height;
+}
+
+// Without what shows through rings, and with the pieces of a digit that noise has broken put together.
+std::vector<Part> Mend(const std::vector<Part>& parts, int height) {
+    std::vector<Part> mended;
+    for (const Part& part : parts) {
+        const bool within = std::any_of(parts.begin(), parts.end(), [&](const Part& other) {
+            return &other != &part && other.Height() <= height + 2 && other.Left <= part.Left &&
+                   other.Right >= part.Right && other.Top < part.Top && other.Bottom > part.Bottom;
+        });
+        if (within) {
+            continue;
+        }
+        bool joined = false;
+        for (Part& other : mended) {
+            const int shared = std::min(other.Right, part.Right) - std::max(other.Left, part.Left) + 1;
+            const int top = std::min(other.Top, part.Top);
+            const int bottom = std::max(other.Bottom, part.Bottom);
+            if (2 * shared > std::min(other.Width(), part.Width()) &&
+                std::abs(bottom - top + 1 - height) <= 1 && other.Height() < height - 1 &&
+                part.Height() < height - 1) {
+                other = {std::min(other.Left, part.Left), top, std::max(other.Right, part.Right), bottom,
+                         other.Labels};
+                other.Labels.insert(other.Labels.end(), part.Labels.begin(), part.Labels.end());
+                joined = true;
+                break;
+            }
+        }
+        if (!joined) {
+            mended.push_back(part);
+        }
+    }
+    return mended;
+}
+
+// What stands right of the number.
+NumberGlyphs::Tail TailOf(const std::vector<Part>& parts, const Part& last, int height,
+                          std::vector<const Part*>& letters) {
+    int low = 0;
+    int narrow = 0;
+    int other = 0;
+    for (const Part& part : parts) {
+        const bool near = part.Left > last.Right && part.Left - last.Right <= 3 * height;
+        const bool onLine = std::abs(part.Bottom - last.Bottom) <= std::max(2, height / 6);
+        if (!near || !onLine || part.Height() < height / 2) {
+            continue;
+        }
+        const bool isLow = part.Height() < LowLetter * height && part.Width() > 0.75 * part.Height();
+        letters.push_back(&part);
+        (isLow ? low : part.Width() < part.Height() && part.Height() < 1.2 * height ? narrow : other) += 1;
+    }
+    using Tail = NumberGlyphs::Tail;
+    return other > 0 || low > 1 || (low > 0 && narrow > 0) ? Tail::Other
+           : low == 1                                      ? Tail::Low
+           : narrow == 2                                   ? Tail::Two
+           : narrow > 0                                    ? Tail::Other
+                                                           : Tail::None;
+}
+
+struct Found {
+    std::vector<const Part*> Digits;
+    int Decimals = 0;
+};
+
+// The decimal point between two digits; a colon is none.
+const Part* PointBetween(const std::vector<Part>& parts, const Part& left, const Part& right, int height) {
+    const Part* point = nullptr;
+    for (const Part& part : parts) {
+        const bool between = part.Left > left.Right && part.Right < right.Left;
+        const bool small = part.Height() >= 2 && part.Height() <= PointHeight * height &&
+                           part.Width() <= PointWidth * height;
+        if (!between || !small || part.Bottom > right.Bottom + 2) {
+            continue;
+        }
+        if (part.Bottom < right.Bottom - 2) {
+            if (part.Top > right.Top + height / 6) {
+                return nullptr;
+            }
+            continue;
+        }
+        point = &part;
+    }
+    return point;
+}
+
+// Digits from left to right with at most a narrow gap between them; a point in it is told.
+std::vector<Found> DigitRuns(const std::vector<Part>& parts, int height) {
+    const auto isDigit = [&](const Part& part) {
+        return std::abs(part.Height() - height) <= std::max(1, height / 10) && part.Width() <= height;
+    };
+    std::vector<Found> runs;
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        if (!isDigit(parts[i])) {
+            continue;
+        }
+        const Part* last = runs.empty() ? nullptr : runs.back().Digits.back();
+        const Part* point = last != nullptr && std::abs(parts[i].Bottom - last->Bottom) <= 2
+                                ? PointBetween(parts, *last, parts[i], height)
+                                : nullptr;
+        const bool joins =
+            last != nullptr && std::abs(parts[i].Bottom - last->Bottom) <= 2 && parts[i].Left > last->Right &&
+            (point != nullptr ? std::max(point->Left - last->Right, parts[i].Left - point->Right)
+                              : parts[i].Left - last->Right) <= MostGap * height &&
+            (point == nullptr || runs.back().Decimals == 0);
+        if (!joins) {
+            runs.emplace_back();
+        } else if (point != nullptr) {
+            runs.back().Decimals = 1;
+        } else if (runs.back().Decimals > 0) {
+            ++runs.back().Decimals;
+        }
+        runs.back().Digits.push_back(&parts[i]);
+    }
+    return runs;
+}
+
+}  // namespace
+
+void Normalise(Shape& shape) {
     float mean = 0.0F;
-    for (float& value : shape) {
-        value = value < 0.0F ? dark : value;
+    for (const float value : shape) {
         mean += value / static_cast<float>(shape.size());
     }
     float length = 0.0F;
@@ -148,14 +305,11 @@ Shape ShapeOf(const GreyFrame& frame, const PictureBox& line, const Part& part, 
         value -= mean;
         length += value * value;
     }
-    length = std::sqrt(std::max(length, 1e-6F));
+    length = std::sqrt(std::max(length, 1e-9F));
     for (float& value : shape) {
         value /= length;
     }
-    return shape;
 }
-
-}  // namespace
 
 float Likeness(const Shape& a, const Shape& b) {
     float sum = 0.0F;
@@ -165,15 +319,13 @@ float Likeness(const Shape& a, const Shape& b) {
     return sum;
 }
 
-InkRule FindInk(const std::vector<GreyFrame>& frames, const PictureBox& line, bool bright, int share) {
+InkRule FindInk(const std::vector<GreyFrame>& frames, const PictureBox& line, InkKind kind, int share) {
     std::array<std::int64_t, 256> counts{};
     std::int64_t all = 0;
     for (const GreyFrame& frame : frames) {
-        for (int y = line.Y; y < line.Y + line.Height; ++y) {
-            for (int x = line.X; x < line.X + line.Width; ++x) {
-                ++counts[static_cast<std::size_t>(frame.At(x, y))];
-                ++all;
-            }
+        for (const std::uint8_t value : LineValues(frame, line, kind)) {
+            ++counts[value];
+            ++all;
         }
     }
     const auto quantile = [&](double part) {
@@ -186,89 +338,45 @@ InkRule FindInk(const std::vector<GreyFrame>& frames, const PictureBox& line, bo
         }
         return 255;
     };
-    const int text = bright ? quantile(0.985) : quantile(0.015);
-    const int around = quantile(0.5);
-    return {text + (around - text) * share / 100, bright};
+    // Beyond an outline a bright wall stands out as well, and more of it than there is text.
+    const int text = quantile(kind == InkKind::Dark ? 0.015 : kind == InkKind::Bright ? 0.985 : 0.93);
+    const int around = kind == InkKind::Outlined ? 0 : quantile(0.5);
+    return {text + (around - text) * share / 100, text, kind};
 }
 
-std::optional<NumberGlyphs> FindNumber(const GreyFrame& frame, const PictureBox& line, const InkRule& ink) {
-    const CInk bits(frame, line, ink);
-    const std::vector<Part> parts = bits.Parts();
-    // The height of digits: that of the most parts that are high enough.
-    std::vector<int> heights;
-    for (const Part& part : parts) {
-        if (part.Height() >= LeastDigit && part.Height() < line.Height && part.Width() <= part.Height()) {
-            heights.push_back(part.Height());
-        }
-    }
-    int height = 0;
-    std::ptrdiff_t most = 0;
-    for (const int candidate : heights) {
-        const auto alike = std::count_if(heights.begin(), heights.end(),
-                                         [&](int other) { return std::abs(other - candidate) <= 1; });
-        if (alike > most || (alike == most && candidate > height)) {
-            most = alike;
-            height = candidate;
-        }
-    }
-    if (most < 2) {
+std::optional<NumberGlyphs> FindNumber(const GreyFrame& frame, const PictureBox& line, const InkRule& ink,
+                                       bool needsPoint) {
+    CInk bits(frame, line, ink);
+    const std::vector<Part> all = bits.Parts();
+    const int height = DigitHeight(all, line.Height);
+    if (height == 0) {
         return std::nullopt;
     }
-    const auto isDigit = [&](const Part& part) {
-        return std::abs(part.Height() - height) <= std::max(1, height / 10) && part.Width() <= height;
-    };
-    for (std::size_t point = 0; point < parts.size(); ++point) {
-        const Part& dot = parts[point];
-        if (dot.Height() > PointHeight * height || dot.Width() > PointWidth * height || dot.Height() < 2) {
-            continue;
+    const std::vector<Part> parts = Mend(all, height);
+    const std::vector<Found> runs = DigitRuns(parts, height);
+    const Found* found = nullptr;
+    for (const Found& run : runs) {
+        const bool fits = run.Digits.size() <= MostDigits && run.Decimals <= 3 &&
+                          (run.Decimals > 0 || (!needsPoint && run.Digits.size() >= 2));
+        if (fits && (found == nullptr || (run.Decimals > 0) > (found->Decimals > 0))) {
+            found = &run;
         }
-        std::vector<const Part*> before;
-        for (std::size_t i = point; i-- > 0;) {
-            const Part& part = parts[i];
-            const int right = before.empty() ? dot.Left : before.back()->Left;
-            const bool onLine = std::abs(part.Bottom - dot.Bottom) <= 2;
-            if (!isDigit(part) || !onLine || right - part.Right > MostGap * height) {
-                break;
-            }
-            before.push_back(&part);
-        }
-        std::vector<const Part*> behind;
-        std::size_t next = point + 1;
-        for (; next < parts.size(); ++next) {
-            const Part& part = parts[next];
-            const int left = behind.empty() ? dot.Right : behind.back()->Right;
-            if (!isDigit(part) || std::abs(part.Bottom - dot.Bottom) > 2 ||
-                part.Left - left > MostGap * height) {
-                break;
-            }
-            behind.push_back(&part);
-        }
-        if (before.empty() || behind.empty() || behind.size() > 3 ||
-            before.size() + behind.size() > MostDigits) {
-            continue;
-        }
-        NumberGlyphs number;
-        std::reverse(before.begin(), before.end());
-        before.insert(before.end(), behind.begin(), behind.end());
-        for (const Part* part : before) {
-            number.Digits.push_back({{part->Left, part->Top, part->Width(), part->Height()},
-                                     ShapeOf(frame, line, *part, height),
-                                     bits.Holes(*part)});
-        }
-        number.Decimals = static_cast<int>(behind.size());
-        int low = 0;
-        int other = 0;
-        for (; next < parts.size(); ++next) {
-            const Part& part = parts[next];
-            if (part.Left - behind.back()->Right > 3 * height || part.Height() < height / 3) {
-                continue;
-            }
-            (part.Height() < LowLetter * height ? low : other) += 1;
-        }
-        number.Behind = other > 0 ? NumberGlyphs::Tail::Other
-                        : low > 0 ? NumberGlyphs::Tail::Low
-                                  : NumberGlyphs::Tail::None;
-        return number;
     }
-    return std::nullopt;
+    if (found == nullptr) {
+        return std::nullopt;
+    }
+    NumberGlyphs number;
+    for (const Part* part : found->Digits) {
+        number.Digits.push_back(
+            {{part->Left, part->Top, part->Width(), part->Height()}, bits.ShapeOf(*part)});
+    }
+    number.Decimals = found->Decimals;
+    std::vector<const Part*> letters;
+    number.Behind = TailOf(parts, *found->Digits.back(), height, letters);
+    if (number.Behind == NumberGlyphs::Tail::Two) {
+        for (const Part* letter : letters) {
+            number.Letters.push_back(bits.ShapeOf(*letter));
+        }
+    }
+    return number;
 }

@@ -12,6 +12,7 @@ constexpr int Reach = 14;       // pixels between letters that belong together
 constexpr int LeastHeight = 9;  // of a line
 constexpr int MostHeight = 72;
 constexpr int Room = 4;
+constexpr int MostUnitHeight = 48;
 
 struct Grid {
     int Width;
@@ -41,6 +42,13 @@ Grid MeanEdges(const std::vector<GreyFrame>& frames) {
 }
 
 }  // namespace
+
+PictureBox WithUnit(const PictureBox& box, int width, int height) {
+    const int x = std::max(box.X - Room, 0);
+    const int y = std::max(box.Y - Room, 0);
+    const int right = box.X + box.Width + Room + 3 * std::min(box.Height, MostUnitHeight);
+    return {x, y, std::min(right, width) - x, std::min(box.Y + box.Height + Room, height) - y};
+}
 
 std::vector<PictureBox> FindTextLines(const std::vector<GreyFrame>& frames) {
     if (frames.empty() || frames[0].Width < 2 * MostHeight || frames[0].Height < MostHeight) {
@@ -102,12 +110,9 @@ std::vector<PictureBox> FindTextLines(const std::vector<GreyFrame>& frames) {
     std::vector<PictureBox> lines;
     for (const PictureBox& box : boxes) {
         if (box.Height >= LeastHeight && box.Height <= MostHeight && box.Width >= 2 * LeastHeight) {
-            // A unit may stand a blank away: whoever doesn't see it takes feet for metres.
-            const int aside = Room + box.Height * 3 / 2;
-            const int x = std::max(box.X - aside, 0);
-            const int y = std::max(box.Y - Room, 0);
-            lines.push_back({x, y, std::min(box.X + box.Width + aside, edges.Width) - x,
-                             std::min(box.Y + box.Height + Room, edges.Height) - y});
+            const PictureBox line = WithUnit(box, edges.Width, edges.Height);
+            const int left = std::max(line.X - box.Height * 3 / 2, 0);
+            lines.push_back({left, line.Y, line.X + line.Width - left, line.Height});
         }
     }
     return lines;

@@ -15,3 +15,6 @@ struct PictureBox {
 // Boxes of lines of text, with a little room around. The frames are of one size, and best from all over the
 // video.
 std::vector<PictureBox> FindTextLines(const std::vector<GreyFrame>& frames);
+// The box with a little room around, and to its right for a unit, which may stand some blanks away: whoever
+// doesn't see it takes feet for metres. Within a picture of that size.
+PictureBox WithUnit(const PictureBox& box, int width, int height);
